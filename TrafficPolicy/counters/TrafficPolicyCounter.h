@@ -1,0 +1,40 @@
+// `clear traffic-policy counters`.
+
+#pragma once
+
+#include "TrafficPolicy/platform/records/StatusRecords.h"
+#include "TrafficPolicy/platform/vorn/Attribute.h"
+
+namespace TrafficPolicyCli {
+
+// Clears by recording where every counter stands: the hardware's counts are never touched. Made for
+// one command; the only writer of the counter store.
+class TrafficPolicyCounter : public Vorn::PtrInterface {
+   VORN_ENTITY( TrafficPolicyCounter, Vorn::PtrInterface )
+
+   VORN_INPUT( Vorn::Ptr< PolicyMap::PolicyMapTypeStatus const >, status )
+   VORN_INPUT( Vorn::Ptr< TrafficPolicy::Counter >, counter )
+
+   TrafficPolicyCounter( Vorn::Ptr< PolicyMap::PolicyMapTypeStatus const > const & status,
+                         Vorn::Ptr< TrafficPolicy::Counter > const & counter )
+       : status_( status ), counter_( counter ) {}
+
+   // Takes a snapshot of every counter of every policy, stamps the store with the time, and removes
+   // the snapshots of counters that are gone. Per-interface counts are recorded only where the
+   // status keeps counters per interface.
+   void clearCounter();
+
+ private:
+   void snapshotNamedCounters( PolicyMap::PolicyMapStatus const & policy );
+   void snapshotInterfaces( TrafficPolicy::NamedCounterVersion & snapshot,
+                            PolicyMap::PacketDataStatus const & counterStatus );
+   void snapshotRules( PolicyMap::PolicyMapStatus const & policy );
+   void removeStaleRules();
+   void removeStaleNamedCounters();
+};
+
+Vorn::Ptr< TrafficPolicyCounter >
+trafficPolicyCounterFactory( Vorn::Ptr< PolicyMap::PolicyMapTypeStatus const > const & status,
+                             Vorn::Ptr< TrafficPolicy::Counter > const & counter );
+
+} // namespace TrafficPolicyCli

@@ -1,0 +1,84 @@
+// What the two show objects have in common: inputs, options, the caching of policies and rules, and
+// the way of a command through caching and view.
+
+#pragma once
+
+#include "TrafficPolicy/model/PolicyState.h"
+#include "TrafficPolicy/platform/records/ConfigRecords.h"
+#include "TrafficPolicy/platform/records/StatusRecords.h"
+#include "TrafficPolicy/platform/vorn/Attribute.h"
+
+namespace wendo {
+class RendererV2;
+}
+
+namespace TrafficPolicyCli {
+
+// Made for one command: built, rendered once, dropped. Keeps its inputs alive and never writes
+// through them. Only the two subclasses are rendered. Used by one thread at a time.
+class ShowTrafficPolicyBase : public Vorn::PtrInterface {
+   VORN_ENTITY( ShowTrafficPolicyBase, Vorn::PtrInterface )
+
+   VORN_INPUT( Vorn::Ptr< TrafficPolicy::TrafficPolicyConfig const >, config )
+   VORN_INPUT( Vorn::Ptr< TrafficPolicy::Status const >, status )
+   VORN_INPUT( Vorn::Ptr< TrafficPolicy::Counter const >, counter )
+   VORN_INPUT( Vorn::String, policyName ) // the one policy to show; empty for all
+   VORN_INPUT( bool, summary )            // rules without their details
+   VORN_INPUT( bool, errors )             // installation errors in place of rules
+   VORN_INPUT( bool, detail )             // name lists in full
+   VORN_INPUT( bool, counters )           // the counter view
+   VORN_INPUT( bool, countersPerInterface )
+   // The cache, by policy name; filled by cachePoliciesState.
+   VORN_ORDERED_MAP( Vorn::String, Vorn::Ptr< PolicyState >, policyState )
+
+   ShowTrafficPolicyBase( Vorn::Ptr< TrafficPolicy::TrafficPolicyConfig const > const & config,
+                          Vorn::Ptr< TrafficPolicy::Status const > const & status,
+                          Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
+                          Vorn::String policyName, bool summary, bool errors, bool detail,
+                          bool counters, bool countersPerInterface );
+
+   // The order of these virtual functions is the binary contract with the command layer.
+
+   // Writes the policy view of the side.
+   virtual void renderTrafficPolicy( unsigned fd, unsigned format, unsigned revision );
+   // Writes what the counter view says before its first policy.
+   virtual void renderCountPerInterface( wendo::RendererV2 * renderer );
+   // Caches every policy that has a status.
+   virtual void cachePoliciesState();
+   virtual void cachePolicyState( Vorn::String policyName );
+   // Hooks of the policy caching: the policy's interface statuses, once; then installed state and
+   // errors per address family.
+   virtual void
+   cacheIntfStatus( Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & policyMapStatus );
+   virtual void
+   cacheInstalledState( Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & policyMapStatus,
+                        PolicyMap::ClassMapMatchOption matchOption );
+   virtual void
+   cacheInstallError( Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & policyMapStatus,
+                      PolicyMap::ClassMapMatchOption matchOption );
+   // The policy's record in the cache, of the side's class. Null here.
+   virtual Vorn::Ptr< PolicyState > getOrCreatePolicyState( Vorn::String policyName );
+
+   // Caches, then writes the reply to the descriptor. Format: 1 text, 2 JSON. The revision is the
+   // model revision that the command layer asks for; both views have one shape for all.
+   // An interrupt ends the output with a line on standard output and a normal return. Other
+   // exceptions pass, std::system_error when the descriptor does not take the output.
+   void render( unsigned fd, unsigned format, unsigned revision );
+   void renderTrafficPolicyCounters( unsigned fd, unsigned format, unsigned revision );
+   // Caches the rules of one policy.
+   void cacheClassState( Vorn::Ptr< PolicyMap::PolicyMapSubConfig const > const & subConfig );
+
+ protected:
+   // The policy's record, made by the factory if there is none.
+   Vorn::Ptr< PolicyState > policyStateBy( Vorn::Ptr< PolicyState > ( *factory )( Vorn::String ),
+                                           Vorn::String const & policyName );
+};
+
+Vorn::Ptr< ShowTrafficPolicyBase >
+showTrafficPolicyBaseFactory( Vorn::Ptr< TrafficPolicy::TrafficPolicyConfig const > const & config,
+                              Vorn::Ptr< TrafficPolicy::Status const > const & status,
+                              Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
+                              Vorn::String policyName, bool summary, bool errors, bool detail,
+                              bool counters, bool countersPerInterface );
+
+} // namespace TrafficPolicyCli

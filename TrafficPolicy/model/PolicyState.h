@@ -1,0 +1,57 @@
+// What a show command knows about one policy.
+
+#pragma once
+
+#include "TrafficPolicy/platform/records/ConfigRecords.h"
+#include "TrafficPolicy/platform/records/StatusRecords.h"
+#include "TrafficPolicy/platform/vorn/Attribute.h"
+
+#include <cstdint>
+
+namespace TrafficPolicyCli {
+
+// Filled once per command by the caching, read by every view. The two rule arrays are kept in step:
+// every rule number below ruleCount has its match condition and its status.
+class PolicyState : public Vorn::PtrInterface {
+   VORN_ENTITY( PolicyState, Vorn::PtrInterface )
+
+   explicit PolicyState( Vorn::String const & policyName ) : name_( policyName ) {}
+
+   VORN_INPUT( Vorn::String, name )
+
+   // The address families for which installation state is cached.
+   VORN_SET( PolicyMap::ClassMapMatchOption, matchOptionList )
+
+   // The records that the state came from; null where there is none.
+   VORN_SCALAR( Vorn::Ptr< PolicyMap::PolicyMapConfig const >, policyMapConfig )
+   VORN_SCALAR( Vorn::Ptr< PolicyMap::PolicyMapStatus const >, policyMapStatus )
+
+   // The rules, by rule number: 0 to ruleCount - 1, in the order in which they match.
+   VORN_ARRAY( Vorn::Ptr< PolicyMap::ClassMapMatch const >, classMapConfig )
+   VORN_ARRAY( Vorn::Ptr< PolicyMap::ClassMapStatus const >, classMapStatus )
+   VORN_SCALAR( uint32_t, ruleCount )
+   // Adds n and returns the new count.
+   uint32_t
+   ruleCountInc( unsigned n ) {
+      ruleCountIs( ruleCount() + n );
+      return ruleCount();
+   }
+
+   // The command's flags.
+   VORN_SCALAR( bool, summary )
+   VORN_SCALAR( bool, errors )
+   VORN_SCALAR( bool, detail )
+
+   VORN_SCALAR( uint32_t, indentCountPerLevel ) // spaces per level of the text views
+
+   VORN_SCALAR( Vorn::Ptr< TrafficPolicy::Counter const >, counter ) // the counter store
+
+   VORN_ORDERED_MAP( Vorn::String, bool, namedCounter ) // the counters that the policy defines
+   VORN_SCALAR( bool, undefinedCounter ) // some rule counts into a counter that is not defined
+
+   VORN_SCALAR( bool, byteCountersSupported ) // the hardware counts bytes beside packets
+};
+
+Vorn::Ptr< PolicyState > policyStateFactory( Vorn::String name );
+
+} // namespace TrafficPolicyCli

@@ -1,0 +1,8 @@
+#include "TrafficPolicy/model/Trace.h"
+
+namespace TrafficPolicyCli {
+
+constinit Vorn::TraceFacility trace( "TrafficPolicyShowCliHelper",
+                                     Vorn::TraceFacility::toStandardError );
+
+} // namespace TrafficPolicyCli

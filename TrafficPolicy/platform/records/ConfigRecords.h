@@ -1,0 +1,94 @@
+// The configuration that the shows read: policies, their rules, and where they are applied.
+
+#pragma once
+
+#include "TrafficPolicy/platform/records/ActionRecords.h"
+#include "TrafficPolicy/platform/records/MatchRecords.h"
+#include "TrafficPolicy/platform/values/IntfId.h"
+#include "TrafficPolicy/platform/values/VrfName.h"
+#include "TrafficPolicy/platform/vorn/Attribute.h"
+
+namespace PolicyMap {
+
+// The definition of one class.
+class ClassMapSubConfig : public Vorn::PtrInterface {
+   VORN_RECORD( ClassMapSubConfig )
+
+   VORN_HASHED_MAP( ClassMapMatchOption, Vorn::Ptr< ClassMapMatch const >, match )
+};
+
+// One version of a policy.
+class PolicyMapSubConfig : public Vorn::PtrInterface {
+   VORN_RECORD( PolicyMapSubConfig )
+
+   using ClassSequence = Vorn::SortedArray< uint32_t, Vorn::String >;
+
+   explicit PolicyMapSubConfig( Vorn::String const & name ) : policyName_( name ) {}
+
+   VORN_INPUT( Vorn::String, policyName )
+
+   // Class names by ascending rule sequence number: the order of the rules.
+   ClassSequence const & classSequence() const { return classSequence_; }
+   void
+   classSequenceIs( uint32_t sequence, Vorn::String const & className ) {
+      classSequence_.set( sequence, className );
+   }
+
+   VORN_HASHED_MAP( Vorn::String, Vorn::Ptr< ClassMapSubConfig const >, rawClassMap )
+   VORN_HASHED_MAP( Vorn::String, Vorn::Ptr< ClassAction const >, classAction )
+   VORN_SET( Vorn::String, namedCounter ) // the named counters that the policy defines
+
+   // Room for this many classes, for whoever fills the record.
+   void
+   classesReserve( size_t classes ) {
+      classSequence_.reserve( classes );
+      rawClassMap_.reserve( classes );
+      classAction_.reserve( classes );
+   }
+
+ private:
+   ClassSequence classSequence_;
+};
+
+class PolicyMapConfig : public Vorn::PtrInterface {
+   VORN_RECORD( PolicyMapConfig )
+
+   VORN_SCALAR( Vorn::Ptr< PolicyMapSubConfig const >, currCfg ) // null: nothing is committed
+};
+
+// Which policy is configured on the CPU, by VRF. The VRF name "all" stands for those not named.
+class VrfConfig : public Vorn::PtrInterface {
+   VORN_RECORD( VrfConfig )
+
+   VORN_HASHED_MAP( L3::VrfName, Vorn::String, trafficPolicies )
+};
+
+// Which policy is configured on each interface.
+class IntfConfig : public Vorn::PtrInterface {
+   VORN_RECORD( IntfConfig )
+
+   VORN_HASHED_MAP( Pelx::IntfId, Vorn::String, intf )
+};
+
+} // namespace PolicyMap
+
+namespace TrafficPolicy {
+
+class TrafficPolicyConfig : public Vorn::PtrInterface {
+   VORN_RECORD( TrafficPolicyConfig )
+
+   VORN_ORDERED_MAP( Vorn::String, Vorn::Ptr< PolicyMap::PolicyMapConfig const >, policyMapConfig )
+};
+
+} // namespace TrafficPolicy
+
+namespace Ip {
+
+// The VRFs that exist.
+class AllVrfConfig : public Vorn::PtrInterface {
+   VORN_RECORD( AllVrfConfig )
+
+   VORN_SET( L3::VrfName, vrf )
+};
+
+} // namespace Ip

@@ -1,0 +1,119 @@
+// Counts, and the counter store with the snapshots of the last clear.
+
+#pragma once
+
+#include "TrafficPolicy/platform/values/IntfId.h"
+#include "TrafficPolicy/platform/values/UniqueId.h"
+#include "TrafficPolicy/platform/vorn/Attribute.h"
+
+#include <cstdint>
+
+namespace PolicyMap {
+
+struct PacketAndByte {
+   uint64_t packets = 0;
+   uint64_t bytes = 0;
+};
+
+// The count of a named counter on one interface: live, or in a snapshot.
+class IntfCountData : public Vorn::PtrInterface {
+   VORN_RECORD( IntfCountData )
+
+   IntfCountData( Pelx::IntfId const & interface, Umbo::UniqueId const & id )
+       : intfId_( interface ), uniqueId_( id ) {}
+
+   VORN_INPUT( Pelx::IntfId, intfId )
+   VORN_INPUT( Umbo::UniqueId, uniqueId )
+   VORN_SCALAR( PacketAndByte, countData )
+};
+
+// A named counter of a policy, as the hardware side knows it.
+class PacketDataStatus : public Vorn::PtrInterface {
+   VORN_RECORD( PacketDataStatus )
+
+   PacketDataStatus( Vorn::String const & counterName, Umbo::UniqueId const & id )
+       : name_( counterName ), uniqueId_( id ) {}
+
+   VORN_INPUT( Vorn::String, name )
+   VORN_INPUT( Umbo::UniqueId, uniqueId )
+   VORN_SCALAR( PacketAndByte, total ) // on all interfaces
+   VORN_ORDERED_MAP( Pelx::IntfId, Vorn::Ptr< IntfCountData const >, intfCountData )
+};
+
+} // namespace PolicyMap
+
+namespace TrafficPolicy {
+
+// A policy name and the name of a rule or counter in it.
+struct PolicyMemberKey {
+   Vorn::String policyName;
+   Vorn::String name;
+
+   uint32_t
+   hash( uint32_t seed = 0 ) const {
+      return Vorn::hashMix( seed ^ policyName.hash() ) ^ name.hash();
+   }
+   // The name first: in most stores it alone tells keys apart.
+   friend bool
+   operator==( PolicyMemberKey const & a, PolicyMemberKey const & b ) {
+      return a.name == b.name && a.policyName == b.policyName;
+   }
+};
+struct CounterKey : PolicyMemberKey {};      // names a rule
+struct NamedCounterKey : PolicyMemberKey {}; // names a counter
+
+// The snapshot of a rule's counter.
+struct CounterVersion {
+   Umbo::UniqueId uniqueId;
+   uint64_t packets = 0;
+};
+
+// The snapshot of a named counter; owned by the store.
+class NamedCounterVersion : public Vorn::PtrInterface {
+   VORN_RECORD( NamedCounterVersion )
+
+   NamedCounterVersion( NamedCounterKey const & counterKey, Umbo::UniqueId const & id )
+       : key_( counterKey ), uniqueId_( id ) {}
+
+   VORN_INPUT( NamedCounterKey, key )
+   VORN_INPUT( Umbo::UniqueId, uniqueId )
+   VORN_SCALAR( PolicyMap::PacketAndByte, totalCount )
+
+   using PerIntfCount =
+      Vorn::OrderedMap< Pelx::IntfId, Vorn::Ptr< PolicyMap::IntfCountData > >;
+
+   PerIntfCount const & perIntfCount() const { return perIntfCount_; }
+   // The interface's entry, or null.
+   PolicyMap::IntfCountData const * perIntfCount( Pelx::IntfId const & intf ) const;
+   // Creates the entry with this id, or returns the one that is there.
+   PolicyMap::IntfCountData & perIntfCountIs( Pelx::IntfId const & intf,
+                                              Umbo::UniqueId const & id );
+   void perIntfCountDel( Pelx::IntfId const & intf ) { perIntfCount_.erase( intf ); }
+
+ private:
+   PerIntfCount perIntfCount_;
+};
+
+// The counter store. Shows read it; clearing is its only writer.
+class Counter : public Vorn::PtrInterface {
+   VORN_RECORD( Counter )
+
+   using NamedSnapshots = Vorn::HashMap< NamedCounterKey, Vorn::Ptr< NamedCounterVersion > >;
+
+   VORN_HASHED_MAP( CounterKey, CounterVersion, snapshot )
+   VORN_SCALAR( double, timestamp ) // wall-clock time of the last clear, in seconds
+
+   NamedSnapshots const & namedSnapshot() const { return namedSnapshot_; }
+   // The counter's snapshot, or null.
+   NamedCounterVersion const * namedSnapshot( NamedCounterKey const & key ) const;
+   // Creates the snapshot with this id, or returns the one that is there, which keeps its own id.
+   NamedCounterVersion & namedSnapshotIs( NamedCounterKey const & key, Umbo::UniqueId const & id );
+   void namedSnapshotDel( NamedCounterKey const & key ) { namedSnapshot_.erase( key ); }
+
+   void snapshotReserve( size_t rules ) { snapshot_.reserve( rules ); }
+
+ private:
+   NamedSnapshots namedSnapshot_;
+};
+
+} // namespace TrafficPolicy

@@ -1,0 +1,87 @@
+// What a rule matches: the structured filter of one address family and what hangs under it.
+//
+// Records are filled by an adapter and immutable while a command reads them.
+
+#pragma once
+
+#include "TrafficPolicy/platform/records/MatchOption.h"
+#include "TrafficPolicy/platform/records/Ranges.h"
+#include "TrafficPolicy/platform/values/IpGenPrefix.h"
+#include "TrafficPolicy/platform/vorn/Attribute.h"
+
+namespace Classification {
+
+// The bits 0x200 (an initial SYN) and 0x100 (an established connection) are known; all zero means
+// no TCP flag condition.
+struct TcpFlagAndMask {
+   static constexpr uint16_t initialSyn = 0x200;
+   static constexpr uint16_t established = 0x100;
+
+   uint16_t flags = 0;
+   uint16_t mask = 0;
+
+   friend bool operator==( TcpFlagAndMask const &, TcpFlagAndMask const & ) = default;
+};
+
+class TypeAndCode : public Vorn::PtrInterface {
+   VORN_RECORD( TypeAndCode )
+
+   VORN_SET( IcmpCodeRange, icmpCode ) // empty: all codes of the type
+};
+
+// The layer-4 conditions of one protocol range.
+class ProtoField : public Vorn::PtrInterface {
+   VORN_RECORD( ProtoField )
+
+   VORN_SET( PortRange, sport )
+   VORN_SET( Vorn::String, sportFieldSet )
+   VORN_SET( PortRange, dport )
+   VORN_SET( Vorn::String, dportFieldSet )
+   VORN_SCALAR( TcpFlagAndMask, tcpFlags )
+   VORN_HASHED_MAP( IcmpTypeRange, Vorn::Ptr< TypeAndCode const >, icmp )
+};
+
+enum class FragmentType : uint8_t { all = 0, other = 1, offset = 2 };
+
+class Fragment : public Vorn::PtrInterface {
+   VORN_RECORD( Fragment )
+
+   VORN_SCALAR( FragmentType, fragmentType )
+   VORN_SET( FragmentOffsetRange, offset ) // used with FragmentType::offset
+};
+
+enum class RoutingProtocol : uint8_t { none = 0, bgp = 1 };
+
+// A prefix list never stands beside the prefix field-sets of the same side.
+class StructuredFilter : public Vorn::PtrInterface {
+   VORN_RECORD( StructuredFilter )
+
+   VORN_SET( Pelx::IpGenPrefix, sources )
+   VORN_SET( Vorn::String, srcPrefixSets )
+   VORN_SET( Pelx::IpGenPrefix, destinations )
+   VORN_SET( Vorn::String, dstPrefixSets )
+   VORN_HASHED_MAP( ProtocolRange, Vorn::Ptr< ProtoField const >, protocols )
+   VORN_SET( PacketLengthRange, length )
+   VORN_SCALAR( Vorn::Ptr< Fragment const >, fragment )
+   VORN_SET( DscpRange, dscp )
+   VORN_SET( TtlRange, ttl )
+   VORN_SCALAR( RoutingProtocol, neighborProtocol )
+   VORN_SCALAR( RoutingProtocol, matchL4Protocol )
+   VORN_SCALAR( bool, matchIpOptions )
+};
+
+} // namespace Classification
+
+namespace PolicyMap {
+
+// The match condition of one class in one address family.
+class ClassMapMatch : public Vorn::PtrInterface {
+   VORN_RECORD( ClassMapMatch )
+
+   explicit ClassMapMatch( ClassMapMatchOption option ) : matchOption_( option ) {}
+
+   VORN_INPUT( ClassMapMatchOption, matchOption )
+   VORN_SCALAR( Vorn::Ptr< Classification::StructuredFilter const >, structuredFilter )
+};
+
+} // namespace PolicyMap

@@ -1,0 +1,97 @@
+// What the hardware side reports: which rules are installed, where, and their counts.
+
+#pragma once
+
+#include "TrafficPolicy/platform/records/CounterRecords.h"
+#include "TrafficPolicy/platform/records/MatchOption.h"
+#include "TrafficPolicy/platform/values/IntfId.h"
+#include "TrafficPolicy/platform/values/VrfName.h"
+#include "TrafficPolicy/platform/vorn/Attribute.h"
+
+namespace PolicyMap {
+
+// The result of an installation in one address family.
+struct InstalledStatus {
+   static constexpr uint8_t programmed = 1;
+   static constexpr uint8_t failed = 2;
+
+   uint8_t status = 0; // any other code: neither
+   Vorn::String error;
+};
+
+// The installation of a policy on one interface.
+class IntfStatus : public Vorn::PtrInterface {
+   VORN_RECORD( IntfStatus )
+
+   VORN_HASHED_MAP( ClassMapMatchOption, InstalledStatus, installed )
+};
+
+class ClassMapStatus : public Vorn::PtrInterface {
+   VORN_RECORD( ClassMapStatus )
+
+   explicit ClassMapStatus( Vorn::String const & className ) : name_( className ) {}
+
+   VORN_INPUT( Vorn::String, name )
+   VORN_SET( ClassMapMatchOption, match ) // the families that the class is programmed for
+   size_t matchs() const { return match().size(); }
+   VORN_SCALAR( Umbo::UniqueId, uniqueId )
+   VORN_SCALAR( uint64_t, packetCount ) // packets since the id was issued
+};
+
+class PolicyMapStatus : public Vorn::PtrInterface {
+   VORN_RECORD( PolicyMapStatus )
+
+   explicit PolicyMapStatus( Vorn::String const & policyName ) : name_( policyName ) {}
+
+   VORN_INPUT( Vorn::String, name )
+   VORN_HASHED_MAP( Vorn::String, Vorn::Ptr< ClassMapStatus const >, cmap )
+   VORN_HASHED_MAP( Vorn::String, Vorn::Ptr< PacketDataStatus const >, counterStatus )
+   VORN_HASHED_MAP( Pelx::IntfId, Vorn::Ptr< IntfStatus const >, intfStatus )
+   void cmapReserve( size_t classes ) { cmap_.reserve( classes ); }
+};
+
+// The status of all policies of a type.
+class PolicyMapTypeStatus : public Vorn::PtrInterface {
+   VORN_RECORD( PolicyMapTypeStatus )
+
+   VORN_ORDERED_MAP( Vorn::String, Vorn::Ptr< PolicyMapStatus const >, policyMapStatus )
+   VORN_SCALAR( bool, perIntfCounting ) // named counters are kept per interface
+};
+
+} // namespace PolicyMap
+
+namespace TrafficPolicy {
+
+class Status : public PolicyMap::PolicyMapTypeStatus {
+   VORN_RECORD( Status )
+
+   VORN_SCALAR( bool, byteCountersSupported ) // the hardware counts bytes beside packets
+};
+
+enum class CounterGranularity : uint8_t { unknown = 0, perPolicy = 1, perInterface = 2 };
+
+class TrafficPolicyIntfParamStatus : public Vorn::PtrInterface {
+   VORN_RECORD( TrafficPolicyIntfParamStatus )
+
+   VORN_SCALAR( CounterGranularity, ingressCounterGranularity )
+};
+
+} // namespace TrafficPolicy
+
+namespace L3::Intf {
+
+class Status : public Vorn::PtrInterface {
+   VORN_RECORD( Status )
+
+   explicit Status( VrfName const & vrfName ) : vrf_( vrfName ) {}
+
+   VORN_INPUT( VrfName, vrf ) // the VRF that the interface belongs to
+};
+
+class StatusDir : public Vorn::PtrInterface {
+   VORN_RECORD( StatusDir )
+
+   VORN_HASHED_MAP( Pelx::IntfId, Vorn::Ptr< Status const >, intfStatus )
+};
+
+} // namespace L3::Intf

@@ -1,0 +1,21 @@
+// The platform's names of numbers: DSCP code points and IP protocols.
+
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace Names {
+
+// Empty for a number without a name.
+
+// DSCP code points, from the IANA registry "Differentiated Services Field Codepoints"
+// (RFC 2474, RFC 2597, RFC 3246, RFC 5865, RFC 8622).
+std::string_view dscp( uint32_t codePoint );
+
+// IP protocol numbers, from the IANA registry "Assigned Internet Protocol Numbers". Each family has
+// the protocols that may follow its header.
+std::string_view ipv4Protocol( uint32_t number );
+std::string_view ipv6Protocol( uint32_t number );
+
+} // namespace Names

@@ -1,0 +1,18 @@
+// Assertions that stay in every build: a broken invariant inside the switch must end the process
+// rather than show wrong data.
+
+#pragma once
+
+namespace Vorn {
+
+// Prints file, line, function and the expression's text on standard error, then aborts.
+[[noreturn]] void assertionFailed( char const * expression, char const * file, int line,
+                                   char const * function );
+
+} // namespace Vorn
+
+// A macro, because the message carries the expression as it is written.
+#define VORN_ASSERT( expression )                                                                  \
+   ( static_cast< bool >( expression )                                                             \
+        ? static_cast< void >( 0 )                                                                 \
+        : ::Vorn::assertionFailed( #expression, __FILE__, __LINE__, __PRETTY_FUNCTION__ ) )

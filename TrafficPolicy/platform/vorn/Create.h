@@ -1,0 +1,32 @@
+// Creation of entities: the one way in which an entity comes to life.
+
+#pragma once
+
+#include "TrafficPolicy/platform/vorn/Ptr.h"
+#include "TrafficPolicy/platform/vorn/TypeRecord.h"
+
+#include <new>
+#include <type_traits>
+#include <utility>
+
+namespace Vorn {
+
+// Allocates through the class's type record, constructs, and switches notifications on. When the
+// constructor throws, the memory is given back, the accounting undone, and the exception passes.
+template< typename T, typename... Arguments >
+Ptr< T >
+create( Arguments &&... arguments ) {
+   static_assert( std::is_same_v< T, typename T::VornSelf >, "every class has its own type record" );
+   void * memory = T::typeRecord().allocate();
+   Ptr< T > object;
+   try {
+      object = Ptr< T >( ::new( memory ) T( std::forward< Arguments >( arguments )... ) );
+   } catch( ... ) {
+      T::typeRecord().deallocate( memory );
+      throw;
+   }
+   object->hasNotificationActiveIs( true );
+   return object;
+}
+
+} // namespace Vorn

@@ -1,0 +1,112 @@
+// A hashed map and a hashed set that iterate in insertion order.
+
+#pragma once
+
+#include "TrafficPolicy/platform/vorn/HashTable.h"
+
+#include <utility>
+
+namespace Vorn {
+
+template< typename Key, typename Value >
+struct HashMapEntry {
+   Key key;
+   Value value;
+
+   // For listing entries by ascending key.
+   friend bool
+   operator<( HashMapEntry const & a, HashMapEntry const & b ) {
+      return a.key < b.key;
+   }
+};
+
+struct HashMapKeyOf {
+   template< typename Entry >
+   auto const &
+   operator()( Entry const & entry ) const {
+      return entry.key;
+   }
+};
+
+template< typename Key, typename Value >
+class HashMap : public HashTable< HashMapEntry< Key, Value >, HashMapKeyOf > {
+   using Table = HashTable< HashMapEntry< Key, Value >, HashMapKeyOf >;
+
+ public:
+   using KeyType = Key;
+   using ValueType = Value;
+
+   // Finds keys that come in about the map's own order without hashing them: a search begins at the
+   // entry behind the last one found. Must not outlive the map.
+   class Cursor {
+    public:
+      explicit Cursor( HashMap const & map ) : map_( &map ) {}
+      // The key's value, or null.
+      template< typename Lookup >
+      Value const *
+      find( Lookup const & key ) {
+         uint32_t const at = map_->positionNear( key, last_ );
+         if( at == Table::none ) {
+            return nullptr;
+         }
+         last_ = at;
+         return &map_->entry( at ).value;
+      }
+
+    private:
+      HashMap const * map_;
+      uint32_t last_ = Table::none;
+   };
+
+   // The key's value, or null.
+   template< typename Lookup >
+   Value const *
+   lookup( Lookup const & key ) const {
+      uint32_t const at = this->position( key );
+      return at == Table::none ? nullptr : &this->entry( at ).value;
+   }
+   template< typename Lookup >
+   Value *
+   lookup( Lookup const & key ) {
+      uint32_t const at = this->position( key );
+      return at == Table::none ? nullptr : &this->entry( at ).value;
+   }
+
+   // Inserts, or overwrites the value of an entry that is there (which keeps its place).
+   // True when it was inserted.
+   bool
+   set( Key const & key, Value value ) {
+      if( Value * present = lookup( key ) ) {
+         *present = std::move( value );
+         return false;
+      }
+      this->append( key, std::move( value ) );
+      return true;
+   }
+};
+
+struct HashSetKeyOf {
+   template< typename Entry >
+   Entry const &
+   operator()( Entry const & entry ) const {
+      return entry;
+   }
+};
+
+template< typename Key >
+class HashSet : public HashTable< Key, HashSetKeyOf > {
+ public:
+   using KeyType = Key;
+
+   // True when the key was not in the set.
+   bool
+   insert( Key const & key ) {
+      if( this->contains( key ) ) {
+         return false;
+      }
+      this->append( key );
+      return true;
+   }
+};
+
+} // namespace Vorn

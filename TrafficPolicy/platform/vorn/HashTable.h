@@ -1,0 +1,340 @@
+// The table under hashed maps and sets.
+//
+// Entries stand in one array in the order in which they came; an open-addressing index of positions
+// stands behind them in the same block of memory, once there are more than a few. So iteration is
+// in insertion order, on every run and word size; an empty collection is one null word; a small one
+// is searched in place; and neighbours in one collection are neighbours in memory.
+//
+// An index slot holds a position and, in the bits that the position leaves free, a part of the
+// hash, so that a search rarely touches an entry that is not the one.
+//
+// Iterators are checked: an ended one, and one that is older than the last deletion, fails the
+// assertion "iter_". Insertion keeps iterators, but not references to entries.
+
+#pragma once
+
+#include "TrafficPolicy/platform/vorn/Assert.h"
+#include "TrafficPolicy/platform/vorn/Hash.h"
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <memory>
+#include <new>
+#include <utility>
+
+namespace Vorn {
+
+// Entry is a map's pair or a set's key; KeyOf gives the key of an entry.
+template< typename Entry, typename KeyOf >
+class HashTable {
+ public:
+   class Iterator {
+    public:
+      using value_type = Entry;
+      using difference_type = ptrdiff_t;
+      using reference = Entry const &;
+      using pointer = Entry const *;
+      using iterator_category = std::forward_iterator_tag;
+
+      Iterator() = default;
+
+      Entry const &
+      operator*() const {
+         VORN_ASSERT( iter_ );
+         return iter_.table->entry( iter_.at );
+      }
+      Entry const * operator->() const { return &**this; }
+      Iterator &
+      operator++() {
+         VORN_ASSERT( iter_ );
+         iter_.at = iter_.table->liveFrom( iter_.at + 1 );
+         return *this;
+      }
+      Iterator
+      operator++( int ) {
+         Iterator before = *this;
+         ++*this;
+         return before;
+      }
+      friend bool
+      operator==( Iterator const & a, Iterator const & b ) {
+         return a.atEnd() ? b.atEnd() : !b.atEnd() && a.iter_.at == b.iter_.at;
+      }
+
+    private:
+      friend class HashTable;
+      struct Position {
+         HashTable const * table = nullptr;
+         uint32_t at = 0;
+         uint32_t generation = 0;
+         explicit
+         operator bool() const {
+            return table && table->block_ && generation == table->block_->generation &&
+                   at < table->block_->used;
+         }
+      };
+      void check() const { VORN_ASSERT( iter_ ); }
+      bool
+      atEnd() const {
+         return !iter_.table || !iter_.table->block_ || iter_.at >= iter_.table->block_->used;
+      }
+      Position iter_;
+   };
+
+   HashTable() noexcept = default;
+   HashTable( HashTable const & ) = delete;
+   HashTable( HashTable && other ) noexcept : block_( std::exchange( other.block_, nullptr ) ) {}
+   HashTable & operator=( HashTable const & ) = delete;
+   HashTable &
+   operator=( HashTable && other ) noexcept {
+      std::swap( block_, other.block_ );
+      return *this;
+   }
+   ~HashTable() { destroy(); }
+
+   size_t size() const { return block_ ? block_->live : 0; }
+   bool empty() const { return size() == 0; }
+   explicit operator bool() const { return !empty(); }
+
+   Iterator begin() const { return iterator( block_ ? liveFrom( 0 ) : 0 ); }
+   Iterator end() const { return iterator( block_ ? block_->used : 0 ); }
+
+   // An iterator at the entry, or end().
+   template< typename Lookup >
+   Iterator
+   find( Lookup const & key ) const {
+      uint32_t const at = position( key );
+      return at == none ? end() : iterator( at );
+   }
+   template< typename Lookup >
+   bool
+   contains( Lookup const & key ) const {
+      return position( key ) != none;
+   }
+
+   // Makes room for this many entries in all.
+   void
+   reserve( size_t entries ) {
+      if( entries > ( block_ ? block_->capacity : 0 ) ) {
+         regrow( static_cast< uint32_t >( entries ) );
+      }
+   }
+
+   // Removes the entry, if there is one.
+   template< typename Lookup >
+   bool
+   erase( Lookup const & key ) {
+      uint32_t const at = position( key );
+      if( at != none ) {
+         eraseAt( at );
+      }
+      return at != none;
+   }
+   void
+   erase( Iterator const & where ) {
+      where.check();
+      eraseAt( where.iter_.at );
+   }
+
+   void
+   clear() {
+      if( block_ ) {
+         uint32_t const generation = block_->generation;
+         destroy();
+         block_ = newBlock( 1 );
+         block_->generation = generation + 1;
+      }
+   }
+
+   static constexpr uint32_t none = ~uint32_t{ 0 };
+
+ protected:
+   // The position of the key's entry, or none.
+   template< typename Lookup >
+   uint32_t
+   position( Lookup const & key ) const {
+      if( !block_ ) {
+         return none;
+      }
+      if( block_->slots == 0 ) {
+         for( uint32_t at = 0; at < block_->used; ++at ) {
+            if( KeyOf()( entry( at ) ) == key ) {
+               return at;
+            }
+         }
+         return none;
+      }
+      uint32_t const mask = block_->slots - 1;
+      uint32_t const hash = hashOf( key );
+      uint32_t const * slots = index( block_ );
+      for( uint32_t slot = hash & mask; slots[ slot ] != free; slot = ( slot + 1 ) & mask ) {
+         uint32_t const at = slots[ slot ] & mask;
+         if( ( ( slots[ slot ] ^ hash ) & ~mask ) == 0 && isLive( at ) &&
+             KeyOf()( entry( at ) ) == key ) {
+            return at;
+         }
+      }
+      return none;
+   }
+
+   // As position(), for callers that ask for keys in about the order in which they were inserted:
+   // first tries the entry behind the last one found.
+   template< typename Lookup >
+   uint32_t
+   positionNear( Lookup const & key, uint32_t last ) const {
+      uint32_t const next = last + 1;
+      if( block_ && next < block_->used && isLive( next ) && KeyOf()( entry( next ) ) == key ) {
+         return next;
+      }
+      return position( key );
+   }
+
+   // Appends an entry whose key is not in the table.
+   template< typename... Arguments >
+   Entry &
+   append( Arguments &&... arguments ) {
+      if( !block_ || block_->used == block_->capacity ) {
+         regrow( block_ && block_->live >= block_->capacity / 2 ? block_->capacity * 2
+                                                                : block_ ? block_->capacity : 1 );
+      }
+      Entry * place = entries( block_ ) + block_->used;
+      ::new( static_cast< void * >( place ) ) Entry{ std::forward< Arguments >( arguments )... };
+      if( block_->slots ) {
+         enter( block_, hashOf( KeyOf()( *place ) ), block_->used );
+      }
+      ++block_->used;
+      ++block_->live;
+      return *place;
+   }
+
+   Entry const & entry( uint32_t at ) const { return entries( block_ )[ at ]; }
+   Entry & entry( uint32_t at ) { return entries( block_ )[ at ]; }
+   Iterator
+   iterator( uint32_t at ) const {
+      Iterator result;
+      result.iter_ = { this, at, block_ ? block_->generation : 0 };
+      return result;
+   }
+
+ private:
+   struct Block {
+      uint32_t capacity;
+      uint32_t slots; // a power of two, or 0 while the table is small enough to be searched
+      uint32_t used;  // entries in the array, dead ones included
+      uint32_t live;
+      uint32_t generation; // counts deletions
+   };
+   static constexpr uint32_t searched = 8;
+   static constexpr uint32_t free = ~uint32_t{ 0 };
+   static constexpr size_t entriesAt =
+      ( sizeof( Block ) + alignof( Entry ) - 1 ) / alignof( Entry ) * alignof( Entry );
+
+   static Entry *
+   entries( Block * block ) {
+      return reinterpret_cast< Entry * >( reinterpret_cast< char * >( block ) + entriesAt );
+   }
+   static size_t
+   indexAt( uint32_t capacity ) {
+      return ( entriesAt + capacity * sizeof( Entry ) + 3 ) / 4 * 4;
+   }
+   static uint32_t *
+   index( Block * block ) {
+      return reinterpret_cast< uint32_t * >( reinterpret_cast< char * >( block ) +
+                                             indexAt( block->capacity ) );
+   }
+   // One bit an entry, behind the index: set when the entry was deleted.
+   static uint32_t *
+   deadBits( Block * block ) {
+      return index( block ) + block->slots;
+   }
+
+   static Block *
+   newBlock( uint32_t capacity ) {
+      uint32_t const slots = capacity > searched ? std::bit_ceil( capacity + capacity / 2 ) : 0;
+      size_t const deadWords = ( size_t{ capacity } + 31 ) / 32;
+      size_t const bytes =
+         capacity > searched ? indexAt( capacity ) + ( slots + deadWords ) * sizeof( uint32_t )
+                             : entriesAt + capacity * sizeof( Entry );
+      Block * block = static_cast< Block * >( ::operator new( bytes ) );
+      *block = { capacity, slots, 0, 0, 0 };
+      if( slots ) {
+         std::uninitialized_fill_n( index( block ), slots, free );
+         std::uninitialized_fill_n( deadBits( block ), deadWords, 0u );
+      }
+      return block;
+   }
+
+   static void
+   enter( Block * block, uint32_t hash, uint32_t at ) {
+      uint32_t const mask = block->slots - 1;
+      uint32_t * slots = index( block );
+      uint32_t slot = hash & mask;
+      while( slots[ slot ] != free ) {
+         slot = ( slot + 1 ) & mask;
+      }
+      slots[ slot ] = ( hash & ~mask ) | at;
+   }
+
+   bool
+   isLive( uint32_t at ) const {
+      return block_->live == block_->used || !block_->slots ||
+             !( deadBits( block_ )[ at / 32 ] >> ( at % 32 ) & 1 );
+   }
+   uint32_t
+   liveFrom( uint32_t at ) const {
+      while( at < block_->used && !isLive( at ) ) {
+         ++at;
+      }
+      return at;
+   }
+
+   // Moves the live entries to a block of at least this capacity.
+   void
+   regrow( uint32_t capacity ) {
+      Block * grown = newBlock( capacity );
+      if( block_ ) {
+         grown->generation = block_->generation + ( block_->live != block_->used );
+         for( uint32_t at = liveFrom( 0 ); at < block_->used; at = liveFrom( at + 1 ) ) {
+            Entry & old = entry( at );
+            if( grown->slots ) {
+               enter( grown, hashOf( KeyOf()( old ) ), grown->used );
+            }
+            ::new( static_cast< void * >( entries( grown ) + grown->used++ ) )
+               Entry( std::move( old ) );
+         }
+         grown->live = grown->used;
+         destroy();
+      }
+      block_ = grown;
+   }
+
+   void
+   eraseAt( uint32_t at ) {
+      ++block_->generation;
+      if( block_->slots ) {
+         entry( at ).~Entry();
+         deadBits( block_ )[ at / 32 ] |= 1u << ( at % 32 );
+      } else {
+         std::move( entries( block_ ) + at + 1, entries( block_ ) + block_->used,
+                    entries( block_ ) + at );
+         entry( --block_->used ).~Entry();
+      }
+      --block_->live;
+   }
+
+   void
+   destroy() noexcept {
+      if( block_ ) {
+         for( uint32_t at = liveFrom( 0 ); at < block_->used; at = liveFrom( at + 1 ) ) {
+            entry( at ).~Entry();
+         }
+         ::operator delete( std::exchange( block_, nullptr ) );
+      }
+   }
+
+   Block * block_ = nullptr;
+};
+
+} // namespace Vorn

@@ -1,0 +1,78 @@
+// A map in ascending key order that stands in one array: for the sequence of a policy's rules, which
+// is long and arrives in order, and for the few actions of a rule.
+//
+// Appending in key order is constant; insertion elsewhere moves what stands behind. Whoever fills a
+// long one sorts first.
+
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+namespace Vorn {
+
+template< typename Key, typename Value >
+class SortedArray {
+ public:
+   using KeyType = Key;
+   using ValueType = Value;
+   struct Entry {
+      Key key;
+      Value value;
+   };
+
+   size_t size() const { return entries_.size(); }
+   bool empty() const { return entries_.empty(); }
+   explicit operator bool() const { return !empty(); }
+
+   auto begin() const { return entries_.begin(); }
+   auto end() const { return entries_.end(); }
+
+   void reserve( size_t entries ) { entries_.reserve( entries ); }
+
+   // The key's value, or null.
+   Value const *
+   lookup( Key const & key ) const {
+      auto const found = lowerBound( key );
+      return found != entries_.end() && found->key == key ? &found->value : nullptr;
+   }
+
+   // Inserts or overwrites. True when it was inserted.
+   bool
+   set( Key const & key, Value value ) {
+      if( entries_.empty() || entries_.back().key < key ) {
+         entries_.push_back( Entry{ key, std::move( value ) } );
+         return true;
+      }
+      auto const found = entries_.begin() + ( lowerBound( key ) - entries_.cbegin() );
+      if( found->key == key ) {
+         found->value = std::move( value );
+         return false;
+      }
+      entries_.insert( found, Entry{ key, std::move( value ) } );
+      return true;
+   }
+   bool
+   erase( Key const & key ) {
+      auto const found = lowerBound( key );
+      if( found == entries_.end() || !( found->key == key ) ) {
+         return false;
+      }
+      entries_.erase( found );
+      return true;
+   }
+   void clear() { entries_.clear(); }
+
+ private:
+   auto
+   lowerBound( Key const & key ) const {
+      return std::lower_bound( entries_.begin(), entries_.end(), key,
+                               []( Entry const & a, Key const & b ) { return a.key < b; } );
+   }
+
+   std::vector< Entry > entries_;
+};
+
+} // namespace Vorn

@@ -1,0 +1,60 @@
+// The trace facility: a debug log with levels, for developers.
+//
+// A message of a level that is off costs one test of a mask and formats nothing.
+
+#pragma once
+
+#include <cstdint>
+#include <sstream>
+#include <string_view>
+
+namespace Vorn {
+
+// Where a message comes from: the calling function's name, taken at the call.
+struct TraceText {
+   constexpr TraceText( char const * messageText,
+                        char const * callingFunction = __builtin_FUNCTION() )
+       : text( messageText ), function( callingFunction ) {}
+   char const * text;
+   char const * function;
+};
+
+class TraceFacility {
+ public:
+   // Takes a finished message: level, function, text. May be called for every message.
+   using Sink = void ( * )( TraceFacility const & facility, int level, std::string_view function,
+                            std::string_view text );
+
+   constexpr TraceFacility( char const * name, Sink sink ) : name_( name ), sink_( sink ) {}
+
+   std::string_view name() const { return name_; }
+
+   // Bit n enables level n (0 to 31).
+   uint32_t levelMask() const { return mask_; }
+   void levelMaskIs( uint32_t mask ) { mask_ = mask; }
+   void sinkIs( Sink sink ) { sink_ = sink; }
+   bool enabled( int level ) const { return mask_ >> level & 1; }
+
+   // The message is the text followed by the values, each in its printed form.
+   template< typename... Values >
+   void
+   write( int level, TraceText message, Values const &... values ) const {
+      if( enabled( level ) ) [[unlikely]] {
+         std::ostringstream text;
+         text << message.text;
+         ( ( text << values ), ... );
+         sink_( *this, level, message.function, text.view() );
+      }
+   }
+
+   // The sink at start: a line on standard error.
+   static void toStandardError( TraceFacility const & facility, int level,
+                                std::string_view function, std::string_view text );
+
+ private:
+   char const * name_;
+   Sink sink_;
+   uint32_t mask_ = 0;
+};
+
+} // namespace Vorn

@@ -1,0 +1,16 @@
+// JSON string escaping.
+
+#pragma once
+
+#include "TrafficPolicy/platform/wendo/PrintBuffer.h"
+
+#include <string_view>
+
+namespace wendo {
+
+// Appends the text escaped for the inside of a JSON string (RFC 8259): quote, backslash and control
+// characters are escaped, other valid UTF-8 passes unchanged, and each byte that is not part of
+// valid UTF-8 becomes U+FFFD. So the output is valid JSON and UTF-8 whatever the text holds.
+void appendEscaped( PrintBuffer & buffer, std::string_view text );
+
+} // namespace wendo

@@ -1,0 +1,66 @@
+// The buffer that all output of a command goes through: reserve, format in place, commit.
+//
+//    char * to = buffer.getBuffer( 20 );
+//    buffer.commit( Decimal::put( to, value ) );
+//
+// Invariant: the bytes from the buffer's begin to writePtr are committed and not yet written;
+// those from writePtr to endPtr are free.
+
+#pragma once
+
+#include "TrafficPolicy/platform/vorn/Assert.h"
+
+#include <cstddef>
+#include <string_view>
+
+namespace wendo {
+
+class PrintBuffer {
+ public:
+   PrintBuffer( PrintBuffer const & ) = delete;
+   PrintBuffer & operator=( PrintBuffer const & ) = delete;
+
+   // At least this many free bytes. Asserts that the buffer is large enough for them.
+   char *
+   getBuffer( size_t required ) {
+      if( static_cast< size_t >( endPtr - writePtr ) < required ) [[unlikely]] {
+         makeRoomFor( required );
+      }
+      return writePtr;
+   }
+   // Commits what was written into the reservation, up to this end.
+   void commit( char const * end ) { writePtr += end - writePtr; }
+
+   // Appends text of any length, in pieces when it is longer than the buffer.
+   void append( std::string_view text );
+
+   size_t capacity() const { return static_cast< size_t >( endPtr - begin_ ); }
+
+   // Writes out what is committed.
+   virtual void flush() = 0;
+
+ protected:
+   PrintBuffer( char * begin, size_t capacity )
+       : writePtr( begin ), endPtr( begin + capacity ), begin_( begin ) {}
+   virtual ~PrintBuffer() = default;
+
+   // Frees room; called when a reservation finds too little.
+   virtual void makeRoom() = 0;
+
+   std::string_view
+   committed() const {
+      return { begin_, static_cast< size_t >( writePtr - begin_ ) };
+   }
+   void discard() { writePtr = begin_; }
+   // Forgets the committed bytes before this rest of them.
+   void keep( std::string_view rest );
+
+ private:
+   void makeRoomFor( size_t required );
+
+   char * writePtr;
+   char * endPtr;
+   char * begin_;
+};
+
+} // namespace wendo

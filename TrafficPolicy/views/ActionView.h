@@ -1,0 +1,41 @@
+// The actions of a rule, with the counts of its count action.
+
+#pragma once
+
+#include "TrafficPolicy/counters/CounterLookup.h"
+#include "TrafficPolicy/model/PolicyState.h"
+#include "TrafficPolicy/views/RendererV2.h"
+
+namespace TrafficPolicyCli {
+
+// Writes the actions of one policy's rules. Rules are expected in about the configuration's order;
+// any order is right. Refers to the renderer and the policy's records; must not outlive them.
+class ActionWriter {
+ public:
+   // showBytes adds byte counts beside the packet counts of named counters.
+   ActionWriter( wendo::RendererV2 & renderer, PolicyState const & policyState, bool showBytes );
+
+   // The actions of this class, by ascending type; nothing for a class without any. The text block
+   // starts at the column.
+   void renderActions( Vorn::String const & className, PolicyMap::ClassMapStatus const & classStatus,
+                       unsigned indent );
+
+ private:
+   using ClassActions = Vorn::HashMap< Vorn::String, Vorn::Ptr< PolicyMap::ClassAction const > >;
+
+   void renderAction( PolicyMap::ActionType type, PolicyMap::Action const * action,
+                      PolicyMap::ClassMapStatus const & classStatus );
+   void renderPolice( PolicyMap::PoliceAction const & police );
+   void renderCount( PolicyMap::CountAction const & count,
+                     PolicyMap::ClassMapStatus const & classStatus );
+   void renderNamedCount( Vorn::String const & name );
+   void renderInactive( Vorn::String const & name );
+
+   wendo::RendererV2 & renderer_;
+   PolicyState const & policyState_;
+   ClassActions::Cursor classActions_;
+   RuleSnapshots snapshots_;
+   bool showBytes_;
+};
+
+} // namespace TrafficPolicyCli

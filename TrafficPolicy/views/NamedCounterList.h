@@ -1,0 +1,13 @@
+// The line of a policy that names the counters which it declares.
+
+#pragma once
+
+#include "TrafficPolicy/model/PolicyState.h"
+#include "TrafficPolicy/views/RendererV2.h"
+
+namespace TrafficPolicyCli {
+
+// In name order, whether or not a rule counts into them; nothing for a policy without any.
+void renderNamedCounter( wendo::RendererV2 & renderer, PolicyState const & policyState );
+
+} // namespace TrafficPolicyCli
