@@ -17,6 +17,7 @@
 #include "TrafficPolicy/views/JsonKey.h"
 
 #include <algorithm>
+#include <charconv>
 #include <concepts>
 #include <cstring>
 #include <string_view>
@@ -290,6 +291,12 @@ class RendererV2 : public Renderer {
       writeString( ":" );
    }
 
+   // The shortest digits that read back as the same number.
+   void
+   writeMemberValue( double value ) {
+      char * to = buffer().getBuffer( 32 );
+      buffer().commit( std::to_chars( to, to + 32, value ).ptr );
+   }
    void writeMemberValue( Vorn::String const & text ) { writeJsonValue( text ); }
    void writeMemberValue( std::string_view text ) { writeJsonValue( text ); }
    void

@@ -31,11 +31,10 @@ class IntfCountData : public Vorn::PtrInterface {
 class PacketDataStatus : public Vorn::PtrInterface {
    VORN_RECORD( PacketDataStatus )
 
-   PacketDataStatus( Vorn::String const & counterName, Umbo::UniqueId const & id )
-       : name_( counterName ), uniqueId_( id ) {}
+   explicit PacketDataStatus( Vorn::String const & counterName ) : name_( counterName ) {}
 
    VORN_INPUT( Vorn::String, name )
-   VORN_INPUT( Umbo::UniqueId, uniqueId )
+   VORN_SCALAR( Umbo::UniqueId, uniqueId )
    VORN_SCALAR( PacketAndByte, total ) // on all interfaces
    VORN_ORDERED_MAP( Pelx::IntfId, Vorn::Ptr< IntfCountData const >, intfCountData )
 };

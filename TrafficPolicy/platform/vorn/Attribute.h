@@ -17,7 +17,7 @@
 // in its public part.
 //
 // Accessors of every keyed attribute: x() is the collection, x( key ) looks a key up, xIs() inserts
-// or overwrites, xDel() removes if present, xDelAll() empties.
+// (and says so by returning true) or overwrites, xDel() removes if present, xDelAll() empties.
 
 #pragma once
 
@@ -117,7 +117,9 @@ inline constinit TypeRecord const plainRecord{ typeName< T >(), sizeof( T ) };
  public:                                                                                           \
    Vorn::Map< Key, Value > const & name() const { return name##_; }                                \
    Value const * name( Key const & key ) const { return name##_.lookup( key ); }                   \
-   void name##Is( Key const & key, Vorn::Read< Value > value ) { name##_.set( key, value ); }      \
+   bool name##Is( Key const & key, Vorn::Read< Value > value ) {                                   \
+      return name##_.set( key, value );                                                            \
+   }                                                                                               \
    Value name##Del( Key const & key ) { return Vorn::take( name##_, key ); }                       \
    void name##Del( Vorn::Map< Key, Value >::Iterator const & where ) { name##_.erase( where ); }   \
    void name##DelAll() { name##_.clear(); }                                                        \
@@ -134,7 +136,7 @@ inline constinit TypeRecord const plainRecord{ typeName< T >(), sizeof( T ) };
  public:                                                                                           \
    Vorn::HashSet< Key > const & name() const { return name##_; }                                   \
    bool name( Key const & key ) const { return name##_.contains( key ); }                          \
-   void name##Is( Key const & key ) { name##_.insert( key ); }                                     \
+   bool name##Is( Key const & key ) { return name##_.insert( key ); }                              \
    void name##Del( Key const & key ) { name##_.erase( key ); }                                     \
    void name##Del( Vorn::HashSet< Key >::Iterator const & where ) { name##_.erase( where ); }      \
    void name##DelAll() { name##_.clear(); }                                                        \

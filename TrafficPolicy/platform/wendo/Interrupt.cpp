@@ -11,6 +11,10 @@ namespace interrupt {
 
 volatile std::sig_atomic_t requested = 0;
 
+namespace {
+unsigned servedCount = 0;
+}
+
 void
 request() noexcept {
    requested = 1;
@@ -19,7 +23,13 @@ request() noexcept {
 void
 serve() {
    requested = 0;
+   ++servedCount;
    throw SigIntException();
+}
+
+unsigned
+served() noexcept {
+   return servedCount;
 }
 
 } // namespace interrupt

@@ -24,6 +24,9 @@ void request() noexcept;
 // Throws SigIntException if an interrupt was asked for, and takes the request as served.
 void serve();
 
+// How many interrupts were served: tells a caller whose callee caught the exception.
+unsigned served() noexcept;
+
 inline void
 check() {
    if( requested ) [[unlikely]] {

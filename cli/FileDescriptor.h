@@ -1,0 +1,27 @@
+// An open file descriptor that closes itself.
+
+#pragma once
+
+#include <unistd.h>
+
+namespace tpcli {
+
+class FileDescriptor {
+ public:
+   // Takes the descriptor, which may be an invalid one (negative).
+   explicit FileDescriptor( int fd ) : fd_( fd ) {}
+   ~FileDescriptor() {
+      if( fd_ >= 0 ) {
+         ::close( fd_ );
+      }
+   }
+   FileDescriptor( FileDescriptor const & ) = delete;
+   FileDescriptor & operator=( FileDescriptor const & ) = delete;
+
+   int get() const { return fd_; }
+
+ private:
+   int fd_;
+};
+
+} // namespace tpcli

@@ -1,0 +1,192 @@
+// A rule's match conditions in one family.
+
+#include "cli/StateReader.h"
+#include "cli/ValueReaders.h"
+
+namespace tpcli {
+
+namespace {
+
+using Classification::Fragment;
+using Classification::FragmentType;
+using Classification::ProtoField;
+using Classification::ProtocolRange;
+using Classification::StructuredFilter;
+using Classification::TcpFlagAndMask;
+using Classification::TypeAndCode;
+using PolicyMap::ClassMapMatchOption;
+
+constexpr uint32_t portMax = 65535;
+constexpr uint32_t lengthMax = 65535;
+constexpr uint32_t byteMax = 255;
+constexpr uint32_t dscpMax = 63;
+
+// A list of ranges, each once, into the set behind the accessor.
+template< typename Range, typename Record >
+auto
+ranges( Record & record, bool ( Record::*insert )( Range const & ), std::string_view what,
+        uint32_t maximum ) {
+   return [ &record, insert, what, maximum ]( JsonValue & list ) {
+      list.list( [ & ]( JsonValue v ) {
+         if( !( record.*insert )( readRange< Range >( v, what, maximum ) ) ) {
+            v.fail( "the range stands in the list twice" );
+         }
+      } );
+   };
+}
+
+// A list of names of sets, each once.
+template< typename Record >
+auto
+setNames( Record & record, bool ( Record::*insert )( Vorn::String const & ) ) {
+   return [ &record, insert ]( JsonValue & list ) {
+      list.list( [ & ]( JsonValue v ) {
+         Vorn::String const name( v.name( "a set name" ) );
+         if( !( record.*insert )( name ) ) {
+            v.fail( quoted( name.view() ) + " stands in the list twice" );
+         }
+      } );
+   };
+}
+
+template< typename Record >
+auto
+prefixes( Record & record, bool ( Record::*insert )( Pelx::IpGenPrefix const & ),
+          ClassMapMatchOption family ) {
+   return [ &record, insert, family ]( JsonValue & list ) {
+      list.list( [ & ]( JsonValue v ) {
+         if( !( record.*insert )( readPrefix( v, family ) ) ) {
+            v.fail( "the prefix stands in the list twice" );
+         }
+      } );
+   };
+}
+
+uint16_t
+readTcpFlags( JsonValue & value ) {
+   static constexpr std::pair< std::string_view, uint16_t > names[] = {
+      { "initial-syn", TcpFlagAndMask::initialSyn },
+      { "established", TcpFlagAndMask::established } };
+   if( value.isNumber() ) {
+      return static_cast< uint16_t >( value.number( "a set of TCP flag bits", 0xffff ) );
+   }
+   unsigned flags = 0;
+   value.list( [ & ]( JsonValue v ) {
+      unsigned const flag = readEnum( v, names );
+      if( flags & flag ) {
+         v.fail( "the flag stands in the list twice" );
+      }
+      flags |= flag;
+   } );
+   return static_cast< uint16_t >( flags );
+}
+
+void
+readIcmp( JsonValue & value, ProtoField & field ) {
+   value.list( [ & ]( JsonValue entry ) {
+      Classification::IcmpTypeRange type;
+      auto const codes = Vorn::create< TypeAndCode >();
+      entry.object( required( "type",
+                              [ & ]( JsonValue & v ) {
+                                 type = readRange< Classification::IcmpTypeRange >(
+                                    v, "an ICMP type", byteMax );
+                              } ),
+                    optional( "codes", ranges( *codes, &TypeAndCode::icmpCodeIs, "an ICMP code",
+                                               byteMax ) ) );
+      if( !field.icmpIs( type, codes ) ) {
+         entry.fail( "the type stands in the list twice" );
+      }
+   } );
+}
+
+void
+readProtocol( JsonValue & value, StructuredFilter & filter ) {
+   ProtocolRange protocol;
+   auto const field = Vorn::create< ProtoField >();
+   auto const number = [ & ]( JsonValue & v ) {
+      protocol = readRange< ProtocolRange >( v, "a protocol", byteMax );
+   };
+   auto const tcpFlags = [ & ]( JsonValue & v ) {
+      uint16_t const flags = readTcpFlags( v );
+      field->tcpFlagsIs( { flags, flags } );
+   };
+   value.object(
+      required( "protocol", number ),
+      optional( "sourcePorts", ranges( *field, &ProtoField::sportIs, "a port", portMax ) ),
+      optional( "sourcePortSets", setNames( *field, &ProtoField::sportFieldSetIs ) ),
+      optional( "destinationPorts", ranges( *field, &ProtoField::dportIs, "a port", portMax ) ),
+      optional( "destinationPortSets", setNames( *field, &ProtoField::dportFieldSetIs ) ),
+      optional( "tcpFlags", tcpFlags ),
+      optional( "icmp", [ & ]( JsonValue & v ) { readIcmp( v, *field ); } ) );
+   if( !filter.protocolsIs( protocol, field ) ) {
+      value.fail( "the protocol stands in the list twice" );
+   }
+}
+
+Vorn::Ptr< Fragment const >
+readFragment( JsonValue & value ) {
+   static constexpr std::pair< std::string_view, FragmentType > types[] = {
+      { "all", FragmentType::all },
+      { "offset", FragmentType::offset },
+      { "other", FragmentType::other } };
+   auto const fragment = Vorn::create< Fragment >();
+   bool hasOffsets = false;
+   auto const offsets = [ & ]( JsonValue & v ) {
+      hasOffsets = true;
+      ranges( *fragment, &Fragment::offsetIs, "a fragment offset", lengthMax )( v );
+   };
+   value.object( required( "type",
+                           [ & ]( JsonValue & v ) {
+                              fragment->fragmentTypeIs( readEnum( v, types ) );
+                           } ),
+                 optional( "offsets", offsets ) );
+   if( hasOffsets && fragment->fragmentType() != FragmentType::offset ) {
+      value.fail( "only the type \"offset\" has offsets" );
+   }
+   return fragment;
+}
+
+Classification::RoutingProtocol
+readRoutingProtocol( JsonValue & value ) {
+   static constexpr std::pair< std::string_view, Classification::RoutingProtocol > names[] = {
+      { "bgp", Classification::RoutingProtocol::bgp } };
+   return readEnum( value, names );
+}
+
+} // namespace
+
+Vorn::Ptr< StructuredFilter const >
+readFilter( JsonValue & value, ClassMapMatchOption family ) {
+   using Filter = StructuredFilter;
+   auto const filter = Vorn::create< Filter >();
+   auto const protocols = [ & ]( JsonValue & list ) {
+      list.list( [ & ]( JsonValue v ) { readProtocol( v, *filter ); } );
+   };
+   auto const neighbor = [ & ]( JsonValue & v ) {
+      filter->neighborProtocolIs( readRoutingProtocol( v ) );
+   };
+   auto const l4Protocol = [ & ]( JsonValue & v ) {
+      filter->matchL4ProtocolIs( readRoutingProtocol( v ) );
+   };
+   value.object(
+      optional( "sources", prefixes( *filter, &Filter::sourcesIs, family ) ),
+      optional( "sourcePrefixSets", setNames( *filter, &Filter::srcPrefixSetsIs ) ),
+      optional( "destinations", prefixes( *filter, &Filter::destinationsIs, family ) ),
+      optional( "destinationPrefixSets", setNames( *filter, &Filter::dstPrefixSetsIs ) ),
+      optional( "protocols", protocols ),
+      optional( "lengths", ranges( *filter, &Filter::lengthIs, "a packet length", lengthMax ) ),
+      optional( "fragment", [ & ]( JsonValue & v ) { filter->fragmentIs( readFragment( v ) ); } ),
+      optional( "dscp", ranges( *filter, &Filter::dscpIs, "a DSCP value", dscpMax ) ),
+      optional( "ttl", ranges( *filter, &Filter::ttlIs, "a TTL", byteMax ) ),
+      optional( "neighborProtocol", neighbor ), optional( "l4Protocol", l4Protocol ),
+      optional( "ipOptions", [ & ]( JsonValue & v ) { filter->matchIpOptionsIs( v.boolean() ); } ) );
+   if( filter->sources() && filter->srcPrefixSets() ) {
+      value.fail( "\"sources\" and \"sourcePrefixSets\" exclude each other" );
+   }
+   if( filter->destinations() && filter->dstPrefixSets() ) {
+      value.fail( "\"destinations\" and \"destinationPrefixSets\" exclude each other" );
+   }
+   return filter;
+}
+
+} // namespace tpcli

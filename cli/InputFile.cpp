@@ -1,0 +1,90 @@
+#include "cli/InputFile.h"
+
+#include "TrafficPolicy/platform/wendo/Interrupt.h"
+#include "cli/Errors.h"
+#include "cli/FileDescriptor.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <limits>
+#include <new>
+#include <simdjson.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tpcli {
+
+namespace {
+
+constexpr size_t padding = simdjson::SIMDJSON_PADDING;
+
+[[noreturn]] void
+fail( std::string const & path, int error ) {
+   throw FileError( path + ": " + std::strerror( error ) );
+}
+
+} // namespace
+
+void
+InputFile::Free::operator()( char * bytes ) const {
+   std::free( bytes );
+}
+
+InputFile::InputFile( std::string const & path ) {
+   if( path == "-" ) {
+      grow( 1 << 16 );
+      readAll( STDIN_FILENO );
+      return;
+   }
+   FileDescriptor const file( ::open( path.c_str(), O_RDONLY | O_CLOEXEC ) );
+   struct stat status {};
+   if( file.get() < 0 || ::fstat( file.get(), &status ) < 0 ) {
+      fail( path, errno );
+   }
+   if( status.st_size > std::numeric_limits< int32_t >::max() / 2 && sizeof( size_t ) == 4 ) {
+      fail( path, EFBIG );
+   }
+   try {
+      // One byte more than the file has, so that its end is seen without growing.
+      grow( static_cast< size_t >( status.st_size ) + padding + 1 );
+      readAll( file.get() );
+   } catch( FileError const & ) {
+      fail( path, errno );
+   }
+}
+
+// realloc, because large blocks move without being copied.
+void
+InputFile::grow( size_t capacity ) {
+   char * const grown = static_cast< char * >( std::realloc( bytes_.get(), capacity ) );
+   if( !grown ) {
+      throw std::bad_alloc();
+   }
+   static_cast< void >( bytes_.release() );
+   bytes_.reset( grown );
+   capacity_ = capacity;
+}
+
+void
+InputFile::readAll( int fd ) {
+   for( ;; ) {
+      wendo::interrupt::check();
+      if( capacity_ - size_ <= padding ) {
+         grow( capacity_ * 2 );
+      }
+      ssize_t const got = ::read( fd, bytes_.get() + size_, capacity_ - size_ - padding );
+      if( got == 0 ) {
+         break;
+      }
+      if( got > 0 ) {
+         size_ += static_cast< size_t >( got );
+      } else if( errno != EINTR ) {
+         throw FileError( std::string( "standard input: " ) + std::strerror( errno ) );
+      }
+   }
+   std::memset( bytes_.get() + size_, 0, padding );
+}
+
+} // namespace tpcli

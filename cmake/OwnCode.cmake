@@ -1,0 +1,14 @@
+# Settings for our own code only; third-party code keeps its own.
+
+function(tp_own_code target)
+   target_compile_options(
+      ${target}
+      PRIVATE -Wall
+              -Wextra
+              -Wpedantic
+              -Wconversion
+              -Wshadow
+              $<$<BOOL:${TP_WERROR}>:-Werror>
+              # File names in assertion messages: relative, whatever the place of the checkout.
+              "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
+endfunction()
