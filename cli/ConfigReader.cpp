@@ -73,9 +73,10 @@ enterRules( JsonValue & list, std::vector< Rule > const & rules, PolicyMapSubCon
       }
       bySequence.push_back( &rule );
    }
-   std::stable_sort( bySequence.begin(), bySequence.end(), []( auto const * a, auto const * b ) {
-      return a->sequence < b->sequence;
-   } );
+   auto const before = []( auto const * a, auto const * b ) { return a->sequence < b->sequence; };
+   if( !std::is_sorted( bySequence.begin(), bySequence.end(), before ) ) {
+      std::stable_sort( bySequence.begin(), bySequence.end(), before );
+   }
    Rule const * previous = nullptr;
    for( Rule const * rule : bySequence ) {
       if( previous && previous->sequence == rule->sequence ) {

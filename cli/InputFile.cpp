@@ -3,7 +3,9 @@
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 #include "cli/Errors.h"
 #include "cli/FileDescriptor.h"
+#include "cli/Memory.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -55,14 +57,13 @@ InputFile::InputFile( std::string const & path ) {
    }
 }
 
-// realloc, because large blocks move without being copied.
 void
 InputFile::grow( size_t capacity ) {
-   char * const grown = static_cast< char * >( std::realloc( bytes_.get(), capacity ) );
+   char * const grown = static_cast< char * >( allocateLarge( capacity ) );
    if( !grown ) {
       throw std::bad_alloc();
    }
-   static_cast< void >( bytes_.release() );
+   std::copy_n( bytes_.get(), size_, grown );
    bytes_.reset( grown );
    capacity_ = capacity;
 }

@@ -3,6 +3,8 @@
 #include "cli/Errors.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <rapidjson/error/en.h>
 #include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
@@ -37,14 +39,26 @@ pointerToken( std::string_view name ) {
    return token;
 }
 
+// The lowest set bit is in the first of the eight bytes that is a quote or a backslash; none is set
+// when there is none. For little-endian machines, as the switch's is.
+uint64_t
+quotesOrBackslashes( char const * bytes ) {
+   constexpr uint64_t ones = 0x0101010101010101;
+   uint64_t word;
+   std::memcpy( &word, bytes, sizeof word );
+   auto const zeroBytes = []( uint64_t w ) { return ( w - ones ) & ~w & ones * 0x80; };
+   return zeroBytes( word ^ ( ones * '"' ) ) | zeroBytes( word ^ ( ones * '\\' ) );
+}
+
 // The text of a string token whose quotes are at its ends and that needs no unescaping; a null view
 // when it does.
 std::string_view
 plainString( char const * token ) {
    char const * end = token;
-   while( *end != '"' && *end != '\\' ) {
-      ++end;
+   uint64_t found = 0;
+   for( ; ( found = quotesOrBackslashes( end ) ) == 0; end += 8 ) {
    }
+   end += std::countr_zero( found ) / 8;
    return *end == '"' ? std::string_view( token, static_cast< size_t >( end - token ) )
                       : std::string_view();
 }
@@ -108,13 +122,6 @@ JsonValue::fail( std::string const & message ) const {
    throw FileError( source_->path + ": " + ( place.empty() ? "/" : place ) + ": " + message );
 }
 
-void
-JsonValue::check( simdjson::error_code error ) {
-   if( error ) {
-      failSyntax( *source_, error );
-   }
-}
-
 json_type
 JsonValue::type() {
    json_type type{};
@@ -123,10 +130,11 @@ JsonValue::type() {
 }
 
 void
-JsonValue::expect( json_type wanted, char const * what ) {
-   if( type() != wanted ) {
-      fail( rawText() + " is not " + what );
+JsonValue::failKind( simdjson::error_code error, char const * wanted ) {
+   if( error == simdjson::INCORRECT_TYPE ) {
+      fail( rawText() + " is not " + wanted );
    }
+   failSyntax( *source_, error );
 }
 
 std::string
@@ -153,15 +161,14 @@ JsonValue::key( simdjson::ondemand::field & field ) {
 
 std::string_view
 JsonValue::string() {
-   expect( json_type::string, "a string" );
-   std::string_view text = plainString( value_.raw_json_token().data() + 1 );
-   if( text.data() ) {
-      simdjson::ondemand::raw_json_string read;
-      check( value_.get_raw_json_string().get( read ) );
-   } else {
-      check( value_.get_string().get( text ) );
+   char const * const token = value_.raw_json_token().data();
+   if( token[ 0 ] == '"' ) {
+      if( std::string_view const plain = plainString( token + 1 ); plain.data() ) {
+         get( value_.get_raw_json_string(), "a string" );
+         return plain;
+      }
    }
-   return text;
+   return get( value_.get_string(), "a string" );
 }
 
 std::string_view
@@ -176,7 +183,7 @@ JsonValue::name( std::string_view what ) {
 uint64_t
 JsonValue::number( std::string_view what, uint64_t maximum ) {
    uint64_t number = 0;
-   if( type() != json_type::number || value_.get_uint64().get( number ) || number > maximum ) {
+   if( value_.get_uint64().get( number ) || number > maximum ) {
       fail( rawText() + " is not " + std::string( what ) + " (0 to " + std::to_string( maximum ) +
             ")" );
    }
@@ -186,7 +193,7 @@ JsonValue::number( std::string_view what, uint64_t maximum ) {
 double
 JsonValue::real() {
    double number = 0;
-   if( type() != json_type::number || value_.get_double().get( number ) ) {
+   if( value_.get_double().get( number ) ) {
       fail( rawText() + " is not a number" );
    }
    return number;
@@ -194,10 +201,7 @@ JsonValue::real() {
 
 bool
 JsonValue::boolean() {
-   expect( json_type::boolean, "true or false" );
-   bool truth = false;
-   check( value_.get_bool().get( truth ) );
-   return truth;
+   return get( value_.get_bool(), "true or false" );
 }
 
 bool

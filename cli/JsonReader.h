@@ -9,6 +9,7 @@
 #pragma once
 
 #include "cli/InputFile.h"
+#include "cli/Memory.h"
 
 #include <simdjson.h>
 
@@ -35,6 +36,9 @@ struct JsonSource {
    std::string const & path;
    InputFile const & file;
 };
+
+// The error of a file that is no JSON: names line and column.
+[[noreturn]] void failSyntax( JsonSource const & source, simdjson::error_code error );
 
 // One member that an object may have, and what to do with its value.
 template< typename Action >
@@ -91,10 +95,23 @@ class JsonValue {
    [[noreturn]] void fail( std::string const & message ) const;
 
  private:
+   // What the parser gives for this value; fails when that is of another kind than wanted.
    template< typename T >
-   T get( simdjson::simdjson_result< T > result, char const * what );
-   void check( simdjson::error_code error );
-   void expect( simdjson::ondemand::json_type wanted, char const * what );
+   T
+   get( simdjson::simdjson_result< T > result, char const * wanted ) {
+      T value;
+      if( auto const error = std::move( result ).get( value ) ) {
+         failKind( error, wanted );
+      }
+      return value;
+   }
+   [[noreturn]] void failKind( simdjson::error_code error, char const * wanted );
+   void
+   check( simdjson::error_code error ) {
+      if( error ) {
+         failSyntax( *source_, error );
+      }
+   }
    // The key as it stands, or with its escapes resolved.
    std::string_view key( simdjson::ondemand::field & field );
    // The value's text in the file, for an error.
@@ -109,20 +126,14 @@ class JsonValue {
 template< typename Action >
 void readJson( std::string const & path, Action const & action );
 
-// The error of a file that is no JSON: names line and column.
-[[noreturn]] void failSyntax( JsonSource const & source, simdjson::error_code error );
-
 // The text in quotes, control characters escaped.
 std::string quoted( std::string_view text );
 
 template< typename... Actions >
 void
 JsonValue::object( Member< Actions > const &... members ) {
-   using simdjson::ondemand::json_type;
    static_assert( sizeof...( members ) < 32 );
-   expect( json_type::object, "an object" );
-   simdjson::ondemand::object object;
-   check( value_.get_object().get( object ) );
+   simdjson::ondemand::object object = get( value_.get_object(), "an object" );
    uint32_t seen = 0;
    for( auto field : object ) {
       check( field.error() );
@@ -159,9 +170,7 @@ JsonValue::object( Member< Actions > const &... members ) {
 template< typename Action >
 void
 JsonValue::map( Action const & action ) {
-   expect( simdjson::ondemand::json_type::object, "an object" );
-   simdjson::ondemand::object object;
-   check( value_.get_object().get( object ) );
+   simdjson::ondemand::object object = get( value_.get_object(), "an object" );
    for( auto field : object ) {
       check( field.error() );
       std::string_view const name = key( field.value_unsafe() );
@@ -173,9 +182,7 @@ JsonValue::map( Action const & action ) {
 template< typename Action >
 void
 JsonValue::list( Action const & action ) {
-   expect( simdjson::ondemand::json_type::array, "a list" );
-   simdjson::ondemand::array array;
-   check( value_.get_array().get( array ) );
+   simdjson::ondemand::array array = get( value_.get_array(), "a list" );
    Place place{ place_, {}, 0, true };
    for( auto element : array ) {
       check( element.error() );
@@ -189,6 +196,8 @@ void
 readJson( std::string const & path, Action const & action ) {
    InputFile const file( path );
    JsonSource const source{ path, file };
+   // The parser takes about six times the text, most of it never touched; what is built from it, four.
+   expectAllocations( file.text().size() * 10 );
    simdjson::ondemand::parser parser;
    simdjson::ondemand::document document;
    auto const text =

@@ -40,6 +40,33 @@ split( std::string_view text ) {
    return prefix;
 }
 
+// The usual form of a prefix at a few instructions a character; false for anything else, which the
+// exact way then judges.
+bool
+plainIp4( std::string_view text, Pelx::Ip4Prefix & prefix ) {
+   uint32_t numbers[ 5 ] = {};
+   size_t count = 0;
+   size_t digits = 0;
+   for( char const c : text ) {
+      if( c >= '0' && c <= '9' && digits < 3 && ( digits == 0 || numbers[ count ] != 0 ) ) {
+         numbers[ count ] = numbers[ count ] * 10 + static_cast< uint32_t >( c - '0' );
+         ++digits;
+      } else if( c == ( count == 3 ? '/' : '.' ) && digits > 0 && numbers[ count ] <= 255 &&
+                 count < 4 ) {
+         ++count;
+         digits = 0;
+      } else {
+         return false;
+      }
+   }
+   if( count != 4 || digits == 0 || numbers[ 4 ] > 32 ) {
+      return false;
+   }
+   prefix.address = numbers[ 0 ] << 24 | numbers[ 1 ] << 16 | numbers[ 2 ] << 8 | numbers[ 3 ];
+   prefix.length = static_cast< uint8_t >( numbers[ 4 ] );
+   return ( uint64_t{ prefix.address } << prefix.length & 0xffffffff ) == 0;
+}
+
 bool
 hostBitsSet( uint8_t const * bytes, size_t size, unsigned length ) {
    for( size_t bit = length; bit < size * 8; ++bit ) {
@@ -55,6 +82,10 @@ hostBitsSet( uint8_t const * bytes, size_t size, unsigned length ) {
 Pelx::IpGenPrefix
 readPrefix( JsonValue & value, ClassMapMatchOption family ) {
    std::string_view const text = value.string();
+   Pelx::Ip4Prefix ip4;
+   if( family != ClassMapMatchOption::ipv6 && plainIp4( text, ip4 ) ) {
+      return Pelx::IpGenPrefix( ip4 );
+   }
    PrefixText const prefix = split( text );
    auto const length = static_cast< uint8_t >( prefix.length );
    auto const checkHostBits = [ & ]( uint8_t const * bytes, size_t size ) {

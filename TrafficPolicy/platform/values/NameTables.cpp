@@ -10,7 +10,7 @@ namespace {
 
 // IANA "Assigned Internet Protocol Numbers", in lower case, spelt as /etc/protocols has them.
 // Numbers that are unassigned, or reserved without a name, are empty.
-constexpr std::array< std::string_view, 146 > protocolNames = {
+constexpr std::array< std::string_view, 148 > protocolNames = {
    // 0
    "hopopt", "icmp", "igmp", "ggp", "ipencap", "st", "tcp", "cbt", "egp", "igp",
    // 10
@@ -41,7 +41,7 @@ constexpr std::array< std::string_view, 146 > protocolNames = {
    "sps", "pipe", "sctp", "fc", "rsvp-e2e-ignore", "mobility-header", "udplite", "mpls-in-ip",
    "manet", "hip",
    // 140
-   "shim6", "wesp", "rohc", "ethernet", "aggfrag", "nsh" };
+   "shim6", "wesp", "rohc", "ethernet", "aggfrag", "nsh", "homa", "bit-emu" };
 
 constexpr uint32_t ipv6Only[] = { 0, 43, 44, 58, 59, 60, 135, 140 };
 constexpr uint32_t ipv4Only[] = { 1, 2 };

@@ -1,0 +1,52 @@
+#include "cli/Memory.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <malloc.h>
+#include <sys/mman.h>
+
+namespace tpcli {
+
+namespace {
+
+constexpr size_t largePage = 2u << 20;
+constexpr size_t worthIt = 4 * largePage;
+
+} // namespace
+
+void *
+allocateLarge( size_t bytes ) {
+   if( bytes < worthIt ) {
+      return std::malloc( bytes );
+   }
+   size_t const rounded = ( bytes + largePage - 1 ) / largePage * largePage;
+   void * const block = std::aligned_alloc( largePage, rounded );
+   if( block ) {
+      ::madvise( block, rounded, MADV_HUGEPAGE );
+   }
+   return block;
+}
+
+void
+expectAllocations( size_t bytes ) {
+   if( bytes < worthIt || bytes > std::numeric_limits< size_t >::max() / 4 ) {
+      return;
+   }
+   // A block from the heap itself, given back untouched: the allocator keeps its address range and
+   // fills it with the small pieces that follow.
+   ::mallopt( M_MMAP_MAX, 0 );
+   ::mallopt( M_TRIM_THRESHOLD, std::numeric_limits< int >::max() );
+   void * const block = std::malloc( bytes - 1 );
+   if( !block ) {
+      return;
+   }
+   auto const begin = ( reinterpret_cast< uintptr_t >( block ) + largePage - 1 ) & ~( largePage - 1 );
+   auto const end = ( reinterpret_cast< uintptr_t >( block ) + bytes - 1 ) & ~( largePage - 1 );
+   if( begin < end ) {
+      ::madvise( reinterpret_cast< void * >( begin ), end - begin, MADV_HUGEPAGE );
+   }
+   std::free( block );
+}
+
+} // namespace tpcli
