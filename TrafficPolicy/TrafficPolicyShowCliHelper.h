@@ -1,6 +1,7 @@
 // The library's one public header: the factories of the show objects and of clearing.
 //
-//    auto show = TrafficPolicyCli::showTrafficPolicyCpuFactory( config, status, counters, "", false,
+//    auto show = TrafficPolicyCli::showTrafficPolicyCpuFactory( config, status, counters, "",
+//    false,
 //                                                               false, false, false, false,
 //                                                               vrfs, allVrfs, l3Interfaces );
 //    show->render( STDOUT_FILENO, 1, 1 );

@@ -12,8 +12,7 @@ using PolicyMap::Action;
 using PolicyMap::ActionType;
 using PolicyMap::RateUnit;
 
-Vorn::Ptr< Action const >
-readPolice( JsonValue & value ) {
+Vorn::Ptr< Action const > readPolice( JsonValue & value ) {
    static constexpr std::pair< std::string_view, RateUnit > units[] = { { "bps", RateUnit::bps },
                                                                         { "kbps", RateUnit::kbps },
                                                                         { "mbps", RateUnit::mbps },
@@ -21,29 +20,28 @@ readPolice( JsonValue & value ) {
                                                                         { "pps", RateUnit::pps } };
    uint64_t rate = 0;
    RateUnit unit{};
-   value.object( required( "rate", [ & ]( JsonValue & v ) { rate = v.number( "a rate" ); } ),
-                 required( "unit", [ & ]( JsonValue & v ) { unit = readEnum( v, units ); } ) );
+   value.object( required( "rate", [&]( JsonValue & v ) { rate = v.number( "a rate" ); } ),
+                 required( "unit", [&]( JsonValue & v ) { unit = readEnum( v, units ); } ) );
    return Vorn::create< PolicyMap::PoliceAction >( rate, unit );
 }
 
 } // namespace
 
-Vorn::Ptr< PolicyMap::ClassAction const >
-readActions( JsonValue & value, RecentNames & counters ) {
+Vorn::Ptr< PolicyMap::ClassAction const > readActions( JsonValue & value, RecentNames & counters ) {
    auto const actions = Vorn::create< PolicyMap::ClassAction >();
-   auto const add = [ & ]( ActionType type, Vorn::Ptr< Action const > const & action ) {
+   auto const add = [&]( ActionType type, Vorn::Ptr< Action const > const & action ) {
       actions->policyActionIs( type, action );
    };
-   auto const flag = [ & ]( ActionType type ) {
-      return [ & add, type ]( JsonValue & v ) {
-         if( v.boolean() ) {
+   auto const flag = [&]( ActionType type ) {
+      return [&add, type]( JsonValue & v ) {
+         if ( v.boolean() ) {
             add( type, Vorn::create< Action >( type ) );
          }
       };
    };
-   auto const count = [ & ]( JsonValue & v ) {
-      if( v.isBoolean() ) {
-         if( v.boolean() ) {
+   auto const count = [&]( JsonValue & v ) {
+      if ( v.isBoolean() ) {
+         if ( v.boolean() ) {
             add( ActionType::count, Vorn::create< PolicyMap::CountAction >( Vorn::String() ) );
          }
       } else {
@@ -51,15 +49,15 @@ readActions( JsonValue & value, RecentNames & counters ) {
          add( ActionType::count, Vorn::create< PolicyMap::CountAction >( counter ) );
       }
    };
-   auto const setDscp = [ & ]( JsonValue & v ) {
+   auto const setDscp = [&]( JsonValue & v ) {
       auto const dscp = static_cast< uint8_t >( v.number( "a DSCP value", 63 ) );
       add( ActionType::setDscp, Vorn::create< PolicyMap::SetDscpAction >( dscp ) );
    };
-   auto const setTrafficClass = [ & ]( JsonValue & v ) {
+   auto const setTrafficClass = [&]( JsonValue & v ) {
       auto const tc = static_cast< uint8_t >( v.number( "a traffic class", 255 ) );
       add( ActionType::setTc, Vorn::create< TrafficPolicy::SetTcAction >( tc ) );
    };
-   auto const police = [ & ]( JsonValue & v ) { add( ActionType::police, readPolice( v ) ); };
+   auto const police = [&]( JsonValue & v ) { add( ActionType::police, readPolice( v ) ); };
    value.object( optional( "drop", flag( ActionType::drop ) ),
                  optional( "log", flag( ActionType::log ) ), optional( "count", count ),
                  optional( "police", police ), optional( "setDscp", setDscp ),

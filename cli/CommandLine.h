@@ -41,8 +41,8 @@ struct Command {
 // Throws UsageError.
 Command parseCommand( std::vector< std::string > words );
 
-// The words of a line; quotes ("...") keep spaces in a word, a backslash takes the next character as
-// it is. Throws UsageError for an open quote.
+// The words of a line; quotes ("...") keep spaces in a word, a backslash takes the next character
+// as it is. Throws UsageError for an open quote.
 std::vector< std::string > splitLine( std::string_view line );
 
 extern char const usageText[];

@@ -26,114 +26,110 @@ struct Rule {
    Vorn::Ptr< PolicyMap::ClassAction const > actions;
 };
 
-Vorn::Ptr< ClassMapSubConfig const >
-readMatch( JsonValue & value ) {
+Vorn::Ptr< ClassMapSubConfig const > readMatch( JsonValue & value ) {
    auto const config = Vorn::create< ClassMapSubConfig >();
-   value.map( [ & ]( std::string_view name, JsonValue v ) {
+   value.map( [&]( std::string_view name, JsonValue v ) {
       ClassMapMatchOption const family = familyOf( name, v );
       auto const match = Vorn::create< ClassMapMatch >( family );
-      if( !v.null() ) {
+      if ( !v.null() ) {
          match->structuredFilterIs( readFilter( v, family ) );
       }
-      if( !config->matchIs( family, match ) ) {
+      if ( !config->matchIs( family, match ) ) {
          v.fail( "given twice" );
       }
    } );
    return config;
 }
 
-Rule
-readRule( JsonValue & value, RecentNames & counters ) {
+Rule readRule( JsonValue & value, RecentNames & counters ) {
    Rule rule;
-   auto const name = [ & ]( JsonValue & v ) { rule.name = v.name( "a rule name" ); };
-   auto const number = [ & ]( JsonValue & v ) {
+   auto const name = [&]( JsonValue & v ) { rule.name = v.name( "a rule name" ); };
+   auto const number = [&]( JsonValue & v ) {
       rule.sequence = static_cast< uint32_t >( v.number( "a sequence number", ~uint32_t{ 0 } ) );
    };
-   auto const match = [ & ]( JsonValue & v ) { rule.match = readMatch( v ); };
-   auto const actions = [ & ]( JsonValue & v ) { rule.actions = readActions( v, counters ); };
+   auto const match = [&]( JsonValue & v ) { rule.match = readMatch( v ); };
+   auto const actions = [&]( JsonValue & v ) { rule.actions = readActions( v, counters ); };
    value.object( required( "name", name ), optional( "sequence", number ),
                  optional( "match", match ), optional( "actions", actions ) );
    return rule;
 }
 
 // Enters the rules with room taken at once, names in the file's order, numbers sorted.
-void
-enterRules( JsonValue & list, std::vector< Rule > const & rules, PolicyMapSubConfig & config ) {
+void enterRules( JsonValue & list, std::vector< Rule > const & rules,
+                 PolicyMapSubConfig & config ) {
    config.classesReserve( rules.size() );
    std::vector< Rule const * > bySequence;
    bySequence.reserve( rules.size() );
-   for( Rule const & rule : rules ) {
+   for ( Rule const & rule : rules ) {
       // A rule without conditions has no entry to tell its name by, so it gets an empty one.
       auto const match = rule.match ? rule.match : Vorn::create< ClassMapSubConfig >();
-      if( !config.rawClassMapIs( rule.name, match ) ) {
+      if ( !config.rawClassMapIs( rule.name, match ) ) {
          list.fail( "the rule name " + quoted( rule.name.view() ) + " is given twice" );
       }
-      if( rule.actions ) {
+      if ( rule.actions ) {
          config.classActionIs( rule.name, rule.actions );
       }
       bySequence.push_back( &rule );
    }
    auto const before = []( auto const * a, auto const * b ) { return a->sequence < b->sequence; };
-   if( !std::is_sorted( bySequence.begin(), bySequence.end(), before ) ) {
+   if ( !std::is_sorted( bySequence.begin(), bySequence.end(), before ) ) {
       std::stable_sort( bySequence.begin(), bySequence.end(), before );
    }
    Rule const * previous = nullptr;
-   for( Rule const * rule : bySequence ) {
-      if( previous && previous->sequence == rule->sequence ) {
-         list.fail( "the rules " + quoted( previous->name.view() ) + " and " +
-                    quoted( rule->name.view() ) + " have the same sequence number" );
+   for ( Rule const * rule : bySequence ) {
+      if ( previous && previous->sequence == rule->sequence ) {
+         list.fail( "the rules " + quoted( previous->name.view() ) + " and "
+                    + quoted( rule->name.view() ) + " have the same sequence number" );
       }
       config.classSequenceIs( *rule->sequence, rule->name );
       previous = rule;
    }
 }
 
-void
-readRules( JsonValue & value, PolicyMapSubConfig & config ) {
+void readRules( JsonValue & value, PolicyMapSubConfig & config ) {
    RecentNames counters;
    std::vector< Rule > rules;
-   value.list( [ & ]( JsonValue v ) {
+   value.list( [&]( JsonValue v ) {
       wendo::interrupt::check();
-      if( rules.size() == Vorn::rulesMax ) {
+      if ( rules.size() == Vorn::rulesMax ) {
          v.fail( "a policy has at most " + std::to_string( Vorn::rulesMax ) + " rules" );
       }
       rules.push_back( readRule( v, counters ) );
-      if( !rules.back().sequence ) {
+      if ( !rules.back().sequence ) {
          rules.back().sequence = static_cast< uint32_t >( rules.size() * 10 );
       }
    } );
    enterRules( value, rules, config );
 }
 
-Vorn::Ptr< PolicyMap::PolicyMapConfig const >
-readPolicy( Vorn::String const & name, JsonValue & value ) {
+Vorn::Ptr< PolicyMap::PolicyMapConfig const > readPolicy( Vorn::String const & name,
+                                                          JsonValue & value ) {
    auto const policy = Vorn::create< PolicyMap::PolicyMapConfig >();
-   if( value.null() ) {
+   if ( value.null() ) {
       return policy;
    }
    auto const config = Vorn::create< PolicyMapSubConfig >( name );
-   auto const namedCounters = [ & ]( JsonValue & list ) {
-      list.list( [ & ]( JsonValue v ) {
+   auto const namedCounters = [&]( JsonValue & list ) {
+      list.list( [&]( JsonValue v ) {
          Vorn::String const counter( v.name( "a counter name" ) );
-         if( !config->namedCounterIs( counter ) ) {
+         if ( !config->namedCounterIs( counter ) ) {
             v.fail( quoted( counter.view() ) + " stands in the list twice" );
          }
       } );
    };
    value.object( optional( "namedCounters", namedCounters ),
-                 optional( "rules", [ & ]( JsonValue & v ) { readRules( v, *config ); } ) );
+                 optional( "rules", [&]( JsonValue & v ) { readRules( v, *config ); } ) );
    policy->currCfgIs( config );
    return policy;
 }
 
-void
-readPolicies( JsonValue & value, TrafficPolicy::TrafficPolicyConfig & config ) {
-   value.map( [ & ]( std::string_view text, JsonValue v ) {
-      if( text.empty() ) {
+void readPolicies( JsonValue & value, TrafficPolicy::TrafficPolicyConfig & config ) {
+   value.map( [&]( std::string_view text, JsonValue v ) {
+      if ( text.empty() ) {
          v.fail( "empty, where a policy name is needed" );
       }
       Vorn::String const name( text );
-      if( config.policyMapConfig( name ) ) {
+      if ( config.policyMapConfig( name ) ) {
          v.fail( "given twice" );
       }
       config.policyMapConfigIs( name, readPolicy( name, v ) );
@@ -142,26 +138,25 @@ readPolicies( JsonValue & value, TrafficPolicy::TrafficPolicyConfig & config ) {
 
 } // namespace
 
-void
-readConfig( JsonValue & value, State & state ) {
+void readConfig( JsonValue & value, State & state ) {
    RecentNames policies;
-   auto const policy = [ & ]( JsonValue & v ) { return policies.get( v.name( "a policy name" ) ); };
-   auto const cpu = [ & ]( JsonValue & map ) {
-      map.map( [ & ]( std::string_view vrf, JsonValue v ) {
-         if( !state.vrfConfig->trafficPoliciesIs( vrfOf( vrf, v ), policy( v ) ) ) {
+   auto const policy = [&]( JsonValue & v ) { return policies.get( v.name( "a policy name" ) ); };
+   auto const cpu = [&]( JsonValue & map ) {
+      map.map( [&]( std::string_view vrf, JsonValue v ) {
+         if ( !state.vrfConfig->trafficPoliciesIs( vrfOf( vrf, v ), policy( v ) ) ) {
             v.fail( "given twice" );
          }
       } );
    };
-   auto const interfaces = [ & ]( JsonValue & map ) {
-      map.map( [ & ]( std::string_view intf, JsonValue v ) {
-         if( !state.intfConfig->intfIs( Pelx::IntfId( intf ), policy( v ) ) ) {
+   auto const interfaces = [&]( JsonValue & map ) {
+      map.map( [&]( std::string_view intf, JsonValue v ) {
+         if ( !state.intfConfig->intfIs( Pelx::IntfId( intf ), policy( v ) ) ) {
             v.fail( "given twice" );
          }
       } );
    };
    value.object(
-      optional( "trafficPolicies", [ & ]( JsonValue & v ) { readPolicies( v, *state.config ); } ),
+      optional( "trafficPolicies", [&]( JsonValue & v ) { readPolicies( v, *state.config ); } ),
       optional( "cpu", cpu ), optional( "interfaces", interfaces ) );
 }
 

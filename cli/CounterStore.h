@@ -1,7 +1,7 @@
 // The counter store on disk.
 //
-// It is replaced as a whole: a reader sees the old one or the new one, and whatever goes wrong while
-// the new one is written leaves the old one as it was.
+// It is replaced as a whole: a reader sees the old one or the new one, and whatever goes wrong
+// while the new one is written leaves the old one as it was.
 
 #pragma once
 
@@ -14,8 +14,8 @@ namespace tpcli {
 
 // Reads a store; an empty one where the file is not there. The status tells names that are known
 // already. Throws FileError.
-Vorn::Ptr< TrafficPolicy::Counter > readCounterStore( std::string const & path,
-                                                      PolicyMap::PolicyMapTypeStatus const & status );
+Vorn::Ptr< TrafficPolicy::Counter >
+readCounterStore( std::string const & path, PolicyMap::PolicyMapTypeStatus const & status );
 
 // Writes a store in place of the old one, durably, with the old one's mode. Needs the lock.
 // Throws FileError.
@@ -24,10 +24,10 @@ void writeCounterStore( std::string const & path, TrafficPolicy::Counter const &
 // While this lives, no other clear reads or writes a store in the same folder. Waits for it; an
 // interrupt ends the wait. The lock is on the folder, so that it leaves no file behind.
 class CounterStoreLock {
- public:
+public:
    explicit CounterStoreLock( std::string const & path );
 
- private:
+private:
    FileDescriptor folder_;
 };
 

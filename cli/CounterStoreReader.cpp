@@ -18,12 +18,12 @@ using TrafficPolicy::NamedCounterKey;
 // Rule names as the status has them: snapshots of a policy's rules stand together, in the order in
 // which the clear found the rules.
 class RuleNames {
- public:
-   explicit RuleNames( PolicyMap::PolicyMapTypeStatus const & status ) : status_( status ) {}
+public:
+   explicit RuleNames( PolicyMap::PolicyMapTypeStatus const & status )
+      : status_( status ) {}
 
-   Vorn::String
-   get( Vorn::String const & policyName, std::string_view rule ) {
-      if( !policyName.same( policyName_ ) ) {
+   Vorn::String get( Vorn::String const & policyName, std::string_view rule ) {
+      if ( !policyName.same( policyName_ ) ) {
          policyName_ = policyName;
          auto const * policy = status_.policyMapStatus( policyName );
          names_ = FollowedNames< Rules >( policy ? &( *policy )->cmap() : nullptr );
@@ -31,7 +31,7 @@ class RuleNames {
       return names_.get( rule );
    }
 
- private:
+private:
    using Rules = Vorn::HashMap< Vorn::String, Vorn::Ptr< PolicyMap::ClassMapStatus const > >;
 
    PolicyMap::PolicyMapTypeStatus const & status_;
@@ -40,66 +40,63 @@ class RuleNames {
 };
 
 class StoreReader {
- public:
+public:
    StoreReader( Counter & store, PolicyMap::PolicyMapTypeStatus const & status )
-       : store_( store ), ruleNames_( status ) {}
+      : store_( store )
+      , ruleNames_( status ) {}
 
-   void
-   read( JsonValue & root ) {
-      auto const rules = [ & ]( JsonValue & list ) {
-         list.list( [ & ]( JsonValue v ) { readRule( v ); } );
+   void read( JsonValue & root ) {
+      auto const rules = [&]( JsonValue & list ) {
+         list.list( [&]( JsonValue v ) { readRule( v ); } );
       };
-      auto const namedCounters = [ & ]( JsonValue & list ) {
-         list.list( [ & ]( JsonValue v ) { readNamedCounter( v ); } );
+      auto const namedCounters = [&]( JsonValue & list ) {
+         list.list( [&]( JsonValue v ) { readNamedCounter( v ); } );
       };
       root.object(
-         optional( "timestamp", [ & ]( JsonValue & v ) { store_.timestampIs( v.real() ); } ),
+         optional( "timestamp", [&]( JsonValue & v ) { store_.timestampIs( v.real() ); } ),
          optional( "rules", rules ), optional( "namedCounters", namedCounters ) );
    }
 
- private:
-   void
-   readRule( JsonValue & value ) {
+private:
+   void readRule( JsonValue & value ) {
       wendo::interrupt::check();
       CounterKey key;
       std::string rule;
       TrafficPolicy::CounterVersion version;
       value.object(
-         required( "policy", [ & ]( JsonValue & v ) { key.policyName = policyName( v ); } ),
-         required( "rule", [ & ]( JsonValue & v ) { rule = v.name( "a rule name" ); } ),
-         optional( "counterId", [ & ]( JsonValue & v ) { version.uniqueId = readUniqueId( v ); } ),
-         optional( "packets", [ & ]( JsonValue & v ) { version.packets = v.number( "a count" ); } ) );
+         required( "policy", [&]( JsonValue & v ) { key.policyName = policyName( v ); } ),
+         required( "rule", [&]( JsonValue & v ) { rule = v.name( "a rule name" ); } ),
+         optional( "counterId", [&]( JsonValue & v ) { version.uniqueId = readUniqueId( v ); } ),
+         optional( "packets", [&]( JsonValue & v ) { version.packets = v.number( "a count" ); } ) );
       key.name = ruleNames_.get( key.policyName, rule );
-      if( !store_.snapshotIs( key, version ) ) {
+      if ( !store_.snapshotIs( key, version ) ) {
          value.fail( "a second snapshot of one rule" );
       }
    }
 
-   void
-   readNamedCounter( JsonValue & value ) {
+   void readNamedCounter( JsonValue & value ) {
       NamedCounterKey key;
       // Read before the snapshot's own id is known, which may stand behind them.
       auto const interfaces =
          Vorn::create< TrafficPolicy::NamedCounterVersion >( NamedCounterKey(), Umbo::UniqueId() );
       Counts const counts = readCounts(
-         value, required( "policy", [ & ]( JsonValue & v ) { key.policyName = policyName( v ); } ),
-         required( "counter", [ & ]( JsonValue & v ) { key.name = v.name( "a counter name" ); } ),
-         optional( "interfaces", [ & ]( JsonValue & v ) { readInterfaces( v, *interfaces ); } ) );
-      if( store_.namedSnapshot( key ) ) {
+         value, required( "policy", [&]( JsonValue & v ) { key.policyName = policyName( v ); } ),
+         required( "counter", [&]( JsonValue & v ) { key.name = v.name( "a counter name" ); } ),
+         optional( "interfaces", [&]( JsonValue & v ) { readInterfaces( v, *interfaces ); } ) );
+      if ( store_.namedSnapshot( key ) ) {
          value.fail( "a second snapshot of one counter" );
       }
       auto & snapshot = store_.namedSnapshotIs( key, counts.id );
       snapshot.totalCountIs( counts.count );
-      for( auto const & [ intf, data ] : interfaces->perIntfCount() ) {
+      for ( auto const & [intf, data] : interfaces->perIntfCount() ) {
          snapshot.perIntfCountIs( intf, data->uniqueId() ).countDataIs( data->countData() );
       }
    }
 
-   static void
-   readInterfaces( JsonValue & value, TrafficPolicy::NamedCounterVersion & snapshot ) {
-      value.map( [ & ]( std::string_view name, JsonValue v ) {
+   static void readInterfaces( JsonValue & value, TrafficPolicy::NamedCounterVersion & snapshot ) {
+      value.map( [&]( std::string_view name, JsonValue v ) {
          Pelx::IntfId const intf{ Vorn::String( name ) };
-         if( snapshot.perIntfCount( intf ) ) {
+         if ( snapshot.perIntfCount( intf ) ) {
             v.fail( "given twice" );
          }
          Counts const counts = readCounts( v );
@@ -107,7 +104,9 @@ class StoreReader {
       } );
    }
 
-   Vorn::String policyName( JsonValue & value ) { return policies_.get( value.name( "a policy name" ) ); }
+   Vorn::String policyName( JsonValue & value ) {
+      return policies_.get( value.name( "a policy name" ) );
+   }
 
    Counter & store_;
    RecentNames policies_;
@@ -116,14 +115,14 @@ class StoreReader {
 
 } // namespace
 
-Vorn::Ptr< Counter >
-readCounterStore( std::string const & path, PolicyMap::PolicyMapTypeStatus const & status ) {
+Vorn::Ptr< Counter > readCounterStore( std::string const & path,
+                                       PolicyMap::PolicyMapTypeStatus const & status ) {
    auto const store = Vorn::create< Counter >();
    struct stat present {};
-   if( path.empty() || ( ::stat( path.c_str(), &present ) < 0 && errno == ENOENT ) ) {
+   if ( path.empty() || ( ::stat( path.c_str(), &present ) < 0 && errno == ENOENT ) ) {
       return store;
    }
-   readJson( path, [ & ]( JsonValue root ) { StoreReader( *store, status ).read( root ); } );
+   readJson( path, [&]( JsonValue root ) { StoreReader( *store, status ).read( root ); } );
    return store;
 }
 

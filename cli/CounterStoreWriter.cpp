@@ -16,27 +16,24 @@ constexpr JsonKey packetsKey( "packets" );
 constexpr JsonKey bytesKey( "bytes" );
 
 // A counter without an id has no such member.
-void
-addId( RendererV2 & renderer, Umbo::UniqueId const & id ) {
-   if( !( id == Umbo::UniqueId() ) ) {
+void addId( RendererV2 & renderer, Umbo::UniqueId const & id ) {
+   if ( !( id == Umbo::UniqueId() ) ) {
       renderer._addJsonKeyValuePair( counterIdKey, id.value() );
    }
 }
 
-void
-addCounts( RendererV2 & renderer, Umbo::UniqueId const & id,
-           PolicyMap::PacketAndByte const & count ) {
+void addCounts( RendererV2 & renderer, Umbo::UniqueId const & id,
+                PolicyMap::PacketAndByte const & count ) {
    addId( renderer, id );
    renderer._addJsonKeyValuePair( packetsKey, count.packets );
    renderer._addJsonKeyValuePair( bytesKey, count.bytes );
 }
 
-void
-addRules( RendererV2 & renderer, TrafficPolicy::Counter const & store ) {
+void addRules( RendererV2 & renderer, TrafficPolicy::Counter const & store ) {
    static constexpr JsonKey rules( "rules" );
    static constexpr JsonKey rule( "rule" );
    renderer._startJsonList( rules );
-   for( auto const & [ key, snapshot ] : store.snapshot() ) {
+   for ( auto const & [key, snapshot] : store.snapshot() ) {
       wendo::interrupt::check();
       renderer._startJsonListEntry();
       renderer._addJsonKeyValuePair( policyKey, key.policyName );
@@ -48,20 +45,19 @@ addRules( RendererV2 & renderer, TrafficPolicy::Counter const & store ) {
    renderer.endJsonList();
 }
 
-void
-addNamedCounters( RendererV2 & renderer, TrafficPolicy::Counter const & store ) {
+void addNamedCounters( RendererV2 & renderer, TrafficPolicy::Counter const & store ) {
    static constexpr JsonKey namedCounters( "namedCounters" );
    static constexpr JsonKey counter( "counter" );
    static constexpr JsonKey interfaces( "interfaces" );
    renderer._startJsonList( namedCounters );
-   for( auto const & [ key, snapshot ] : store.namedSnapshot() ) {
+   for ( auto const & [key, snapshot] : store.namedSnapshot() ) {
       renderer._startJsonListEntry();
       renderer._addJsonKeyValuePair( policyKey, key.policyName );
       renderer._addJsonKeyValuePair( counter, key.name );
       addCounts( renderer, snapshot->uniqueId(), snapshot->totalCount() );
-      if( snapshot->perIntfCount() ) {
+      if ( snapshot->perIntfCount() ) {
          renderer._startJsonObject( interfaces );
-         for( auto const & [ intf, data ] : snapshot->perIntfCount() ) {
+         for ( auto const & [intf, data] : snapshot->perIntfCount() ) {
             renderer._startJsonObject( intf.string() );
             addCounts( renderer, data->uniqueId(), data->countData() );
             renderer.endJsonDict();
@@ -75,8 +71,7 @@ addNamedCounters( RendererV2 & renderer, TrafficPolicy::Counter const & store ) 
 
 } // namespace
 
-void
-formatCounterStore( wendo::PrintBuffer & buffer, TrafficPolicy::Counter const & store ) {
+void formatCounterStore( wendo::PrintBuffer & buffer, TrafficPolicy::Counter const & store ) {
    static constexpr JsonKey timestamp( "timestamp" );
    RendererV2 renderer( wendo::OutputFormat_t::JSON, buffer );
    renderer.startJsonRoot();

@@ -7,11 +7,12 @@
 namespace tpcli {
 
 class FileDescriptor {
- public:
+public:
    // Takes the descriptor, which may be an invalid one (negative).
-   explicit FileDescriptor( int fd ) : fd_( fd ) {}
+   explicit FileDescriptor( int fd )
+      : fd_( fd ) {}
    ~FileDescriptor() {
-      if( fd_ >= 0 ) {
+      if ( fd_ >= 0 ) {
          ::close( fd_ );
       }
    }
@@ -20,7 +21,7 @@ class FileDescriptor {
 
    int get() const { return fd_; }
 
- private:
+private:
    int fd_;
 };
 

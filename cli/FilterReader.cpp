@@ -9,8 +9,8 @@ namespace {
 
 using Classification::Fragment;
 using Classification::FragmentType;
-using Classification::ProtoField;
 using Classification::ProtocolRange;
+using Classification::ProtoField;
 using Classification::StructuredFilter;
 using Classification::TcpFlagAndMask;
 using Classification::TypeAndCode;
@@ -23,12 +23,11 @@ constexpr uint32_t dscpMax = 63;
 
 // A list of ranges, each once, into the set behind the accessor.
 template< typename Range, typename Record >
-auto
-ranges( Record & record, bool ( Record::*insert )( Range const & ), std::string_view what,
-        uint32_t maximum ) {
-   return [ &record, insert, what, maximum ]( JsonValue & list ) {
-      list.list( [ & ]( JsonValue v ) {
-         if( !( record.*insert )( readRange< Range >( v, what, maximum ) ) ) {
+auto ranges( Record & record, bool ( Record::*insert )( Range const & ), std::string_view what,
+             uint32_t maximum ) {
+   return [&record, insert, what, maximum]( JsonValue & list ) {
+      list.list( [&]( JsonValue v ) {
+         if ( !( record.*insert )( readRange< Range >( v, what, maximum ) ) ) {
             v.fail( "the range stands in the list twice" );
          }
       } );
@@ -37,12 +36,11 @@ ranges( Record & record, bool ( Record::*insert )( Range const & ), std::string_
 
 // A list of names of sets, each once.
 template< typename Record >
-auto
-setNames( Record & record, bool ( Record::*insert )( Vorn::String const & ) ) {
-   return [ &record, insert ]( JsonValue & list ) {
-      list.list( [ & ]( JsonValue v ) {
+auto setNames( Record & record, bool ( Record::*insert )( Vorn::String const & ) ) {
+   return [&record, insert]( JsonValue & list ) {
+      list.list( [&]( JsonValue v ) {
          Vorn::String const name( v.name( "a set name" ) );
-         if( !( record.*insert )( name ) ) {
+         if ( !( record.*insert )( name ) ) {
             v.fail( quoted( name.view() ) + " stands in the list twice" );
          }
       } );
@@ -50,30 +48,28 @@ setNames( Record & record, bool ( Record::*insert )( Vorn::String const & ) ) {
 }
 
 template< typename Record >
-auto
-prefixes( Record & record, bool ( Record::*insert )( Pelx::IpGenPrefix const & ),
-          ClassMapMatchOption family ) {
-   return [ &record, insert, family ]( JsonValue & list ) {
-      list.list( [ & ]( JsonValue v ) {
-         if( !( record.*insert )( readPrefix( v, family ) ) ) {
+auto prefixes( Record & record, bool ( Record::*insert )( Pelx::IpGenPrefix const & ),
+               ClassMapMatchOption family ) {
+   return [&record, insert, family]( JsonValue & list ) {
+      list.list( [&]( JsonValue v ) {
+         if ( !( record.*insert )( readPrefix( v, family ) ) ) {
             v.fail( "the prefix stands in the list twice" );
          }
       } );
    };
 }
 
-uint16_t
-readTcpFlags( JsonValue & value ) {
+uint16_t readTcpFlags( JsonValue & value ) {
    static constexpr std::pair< std::string_view, uint16_t > names[] = {
-      { "initial-syn", TcpFlagAndMask::initialSyn },
-      { "established", TcpFlagAndMask::established } };
-   if( value.isNumber() ) {
+      { "initial-syn", TcpFlagAndMask::initialSyn }, { "established", TcpFlagAndMask::established }
+   };
+   if ( value.isNumber() ) {
       return static_cast< uint16_t >( value.number( "a set of TCP flag bits", 0xffff ) );
    }
    unsigned flags = 0;
-   value.list( [ & ]( JsonValue v ) {
+   value.list( [&]( JsonValue v ) {
       unsigned const flag = readEnum( v, names );
-      if( flags & flag ) {
+      if ( flags & flag ) {
          v.fail( "the flag stands in the list twice" );
       }
       flags |= flag;
@@ -81,32 +77,30 @@ readTcpFlags( JsonValue & value ) {
    return static_cast< uint16_t >( flags );
 }
 
-void
-readIcmp( JsonValue & value, ProtoField & field ) {
-   value.list( [ & ]( JsonValue entry ) {
+void readIcmp( JsonValue & value, ProtoField & field ) {
+   value.list( [&]( JsonValue entry ) {
       Classification::IcmpTypeRange type;
       auto const codes = Vorn::create< TypeAndCode >();
-      entry.object( required( "type",
-                              [ & ]( JsonValue & v ) {
-                                 type = readRange< Classification::IcmpTypeRange >(
-                                    v, "an ICMP type", byteMax );
-                              } ),
-                    optional( "codes", ranges( *codes, &TypeAndCode::icmpCodeIs, "an ICMP code",
-                                               byteMax ) ) );
-      if( !field.icmpIs( type, codes ) ) {
+      entry.object(
+         required( "type",
+                   [&]( JsonValue & v ) {
+                      type =
+                         readRange< Classification::IcmpTypeRange >( v, "an ICMP type", byteMax );
+                   } ),
+         optional( "codes", ranges( *codes, &TypeAndCode::icmpCodeIs, "an ICMP code", byteMax ) ) );
+      if ( !field.icmpIs( type, codes ) ) {
          entry.fail( "the type stands in the list twice" );
       }
    } );
 }
 
-void
-readProtocol( JsonValue & value, StructuredFilter & filter ) {
+void readProtocol( JsonValue & value, StructuredFilter & filter ) {
    ProtocolRange protocol;
    auto const field = Vorn::create< ProtoField >();
-   auto const number = [ & ]( JsonValue & v ) {
+   auto const number = [&]( JsonValue & v ) {
       protocol = readRange< ProtocolRange >( v, "a protocol", byteMax );
    };
-   auto const tcpFlags = [ & ]( JsonValue & v ) {
+   auto const tcpFlags = [&]( JsonValue & v ) {
       uint16_t const flags = readTcpFlags( v );
       field->tcpFlagsIs( { flags, flags } );
    };
@@ -117,55 +111,53 @@ readProtocol( JsonValue & value, StructuredFilter & filter ) {
       optional( "destinationPorts", ranges( *field, &ProtoField::dportIs, "a port", portMax ) ),
       optional( "destinationPortSets", setNames( *field, &ProtoField::dportFieldSetIs ) ),
       optional( "tcpFlags", tcpFlags ),
-      optional( "icmp", [ & ]( JsonValue & v ) { readIcmp( v, *field ); } ) );
-   if( !filter.protocolsIs( protocol, field ) ) {
+      optional( "icmp", [&]( JsonValue & v ) { readIcmp( v, *field ); } ) );
+   if ( !filter.protocolsIs( protocol, field ) ) {
       value.fail( "the protocol stands in the list twice" );
    }
 }
 
-Vorn::Ptr< Fragment const >
-readFragment( JsonValue & value ) {
+Vorn::Ptr< Fragment const > readFragment( JsonValue & value ) {
    static constexpr std::pair< std::string_view, FragmentType > types[] = {
       { "all", FragmentType::all },
       { "offset", FragmentType::offset },
-      { "other", FragmentType::other } };
+      { "other", FragmentType::other }
+   };
    auto const fragment = Vorn::create< Fragment >();
    bool hasOffsets = false;
-   auto const offsets = [ & ]( JsonValue & v ) {
+   auto const offsets = [&]( JsonValue & v ) {
       hasOffsets = true;
       ranges( *fragment, &Fragment::offsetIs, "a fragment offset", lengthMax )( v );
    };
-   value.object( required( "type",
-                           [ & ]( JsonValue & v ) {
-                              fragment->fragmentTypeIs( readEnum( v, types ) );
-                           } ),
-                 optional( "offsets", offsets ) );
-   if( hasOffsets && fragment->fragmentType() != FragmentType::offset ) {
+   value.object(
+      required( "type",
+                [&]( JsonValue & v ) { fragment->fragmentTypeIs( readEnum( v, types ) ); } ),
+      optional( "offsets", offsets ) );
+   if ( hasOffsets && fragment->fragmentType() != FragmentType::offset ) {
       value.fail( "only the type \"offset\" has offsets" );
    }
    return fragment;
 }
 
-Classification::RoutingProtocol
-readRoutingProtocol( JsonValue & value ) {
+Classification::RoutingProtocol readRoutingProtocol( JsonValue & value ) {
    static constexpr std::pair< std::string_view, Classification::RoutingProtocol > names[] = {
-      { "bgp", Classification::RoutingProtocol::bgp } };
+      { "bgp", Classification::RoutingProtocol::bgp }
+   };
    return readEnum( value, names );
 }
 
 } // namespace
 
-Vorn::Ptr< StructuredFilter const >
-readFilter( JsonValue & value, ClassMapMatchOption family ) {
+Vorn::Ptr< StructuredFilter const > readFilter( JsonValue & value, ClassMapMatchOption family ) {
    using Filter = StructuredFilter;
    auto const filter = Vorn::create< Filter >();
-   auto const protocols = [ & ]( JsonValue & list ) {
-      list.list( [ & ]( JsonValue v ) { readProtocol( v, *filter ); } );
+   auto const protocols = [&]( JsonValue & list ) {
+      list.list( [&]( JsonValue v ) { readProtocol( v, *filter ); } );
    };
-   auto const neighbor = [ & ]( JsonValue & v ) {
+   auto const neighbor = [&]( JsonValue & v ) {
       filter->neighborProtocolIs( readRoutingProtocol( v ) );
    };
-   auto const l4Protocol = [ & ]( JsonValue & v ) {
+   auto const l4Protocol = [&]( JsonValue & v ) {
       filter->matchL4ProtocolIs( readRoutingProtocol( v ) );
    };
    value.object(
@@ -175,15 +167,15 @@ readFilter( JsonValue & value, ClassMapMatchOption family ) {
       optional( "destinationPrefixSets", setNames( *filter, &Filter::dstPrefixSetsIs ) ),
       optional( "protocols", protocols ),
       optional( "lengths", ranges( *filter, &Filter::lengthIs, "a packet length", lengthMax ) ),
-      optional( "fragment", [ & ]( JsonValue & v ) { filter->fragmentIs( readFragment( v ) ); } ),
+      optional( "fragment", [&]( JsonValue & v ) { filter->fragmentIs( readFragment( v ) ); } ),
       optional( "dscp", ranges( *filter, &Filter::dscpIs, "a DSCP value", dscpMax ) ),
       optional( "ttl", ranges( *filter, &Filter::ttlIs, "a TTL", byteMax ) ),
       optional( "neighborProtocol", neighbor ), optional( "l4Protocol", l4Protocol ),
-      optional( "ipOptions", [ & ]( JsonValue & v ) { filter->matchIpOptionsIs( v.boolean() ); } ) );
-   if( filter->sources() && filter->srcPrefixSets() ) {
+      optional( "ipOptions", [&]( JsonValue & v ) { filter->matchIpOptionsIs( v.boolean() ); } ) );
+   if ( filter->sources() && filter->srcPrefixSets() ) {
       value.fail( "\"sources\" and \"sourcePrefixSets\" exclude each other" );
    }
-   if( filter->destinations() && filter->dstPrefixSets() ) {
+   if ( filter->destinations() && filter->dstPrefixSets() ) {
       value.fail( "\"destinations\" and \"destinationPrefixSets\" exclude each other" );
    }
    return filter;

@@ -5,16 +5,17 @@
 #include "cli/FileDescriptor.h"
 #include "cli/Memory.h"
 
+#include <fcntl.h>
+#include <simdjson.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
 #include <limits>
 #include <new>
-#include <simdjson.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace tpcli {
 
@@ -22,45 +23,42 @@ namespace {
 
 constexpr size_t padding = simdjson::SIMDJSON_PADDING;
 
-[[noreturn]] void
-fail( std::string const & path, int error ) {
+[[noreturn]] void fail( std::string const & path, int error ) {
    throw FileError( path + ": " + std::strerror( error ) );
 }
 
 } // namespace
 
-void
-InputFile::Free::operator()( char * bytes ) const {
+void InputFile::Free::operator()( char * bytes ) const {
    std::free( bytes );
 }
 
 InputFile::InputFile( std::string const & path ) {
-   if( path == "-" ) {
+   if ( path == "-" ) {
       grow( 1 << 16 );
       readAll( STDIN_FILENO );
       return;
    }
    FileDescriptor const file( ::open( path.c_str(), O_RDONLY | O_CLOEXEC ) );
    struct stat status {};
-   if( file.get() < 0 || ::fstat( file.get(), &status ) < 0 ) {
+   if ( file.get() < 0 || ::fstat( file.get(), &status ) < 0 ) {
       fail( path, errno );
    }
-   if( status.st_size > std::numeric_limits< int32_t >::max() / 2 && sizeof( size_t ) == 4 ) {
+   if ( status.st_size > std::numeric_limits< int32_t >::max() / 2 && sizeof( size_t ) == 4 ) {
       fail( path, EFBIG );
    }
    try {
       // One byte more than the file has, so that its end is seen without growing.
       grow( static_cast< size_t >( status.st_size ) + padding + 1 );
       readAll( file.get() );
-   } catch( FileError const & ) {
+   } catch ( FileError const & ) {
       fail( path, errno );
    }
 }
 
-void
-InputFile::grow( size_t capacity ) {
+void InputFile::grow( size_t capacity ) {
    char * const grown = static_cast< char * >( allocateLarge( capacity ) );
-   if( !grown ) {
+   if ( !grown ) {
       throw std::bad_alloc();
    }
    std::copy_n( bytes_.get(), size_, grown );
@@ -68,20 +66,19 @@ InputFile::grow( size_t capacity ) {
    capacity_ = capacity;
 }
 
-void
-InputFile::readAll( int fd ) {
-   for( ;; ) {
+void InputFile::readAll( int fd ) {
+   for ( ;; ) {
       wendo::interrupt::check();
-      if( capacity_ - size_ <= padding ) {
+      if ( capacity_ - size_ <= padding ) {
          grow( capacity_ * 2 );
       }
       ssize_t const got = ::read( fd, bytes_.get() + size_, capacity_ - size_ - padding );
-      if( got == 0 ) {
+      if ( got == 0 ) {
          break;
       }
-      if( got > 0 ) {
+      if ( got > 0 ) {
          size_ += static_cast< size_t >( got );
-      } else if( errno != EINTR ) {
+      } else if ( errno != EINTR ) {
          throw FileError( std::string( "standard input: " ) + std::strerror( errno ) );
       }
    }

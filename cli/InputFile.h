@@ -10,7 +10,7 @@
 namespace tpcli {
 
 class InputFile {
- public:
+public:
    // Reads the file; "-" is standard input. Throws FileError.
    explicit InputFile( std::string const & path );
 
@@ -18,7 +18,7 @@ class InputFile {
    // The bytes that may be read, as the JSON parser wants: some more than the text has.
    size_t capacity() const { return capacity_; }
 
- private:
+private:
    struct Free {
       void operator()( char * bytes ) const;
    };

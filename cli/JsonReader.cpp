@@ -2,12 +2,13 @@
 
 #include "cli/Errors.h"
 
-#include <algorithm>
-#include <bit>
-#include <cstring>
 #include <rapidjson/error/en.h>
 #include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
 
 namespace tpcli {
 
@@ -15,25 +16,23 @@ namespace {
 
 using simdjson::ondemand::json_type;
 
-void
-appendVisible( std::string & text, std::string_view name ) {
+void appendVisible( std::string & text, std::string_view name ) {
    static constexpr char hexDigits[] = "0123456789abcdef";
-   for( char const c : name ) {
+   for ( char const c : name ) {
       auto const byte = static_cast< unsigned char >( c );
-      if( byte < 0x20 || byte == 0x7f ) {
+      if ( byte < 0x20 || byte == 0x7f ) {
          text += "\\u00";
-         text += hexDigits[ byte >> 4 ];
-         text += hexDigits[ byte & 0xf ];
+         text += hexDigits[byte >> 4];
+         text += hexDigits[byte & 0xf];
       } else {
          text += c;
       }
    }
 }
 
-std::string
-pointerToken( std::string_view name ) {
+std::string pointerToken( std::string_view name ) {
    std::string token;
-   for( char const c : name ) {
+   for ( char const c : name ) {
       token += c == '~' ? "~0" : c == '/' ? "~1" : std::string( 1, c );
    }
    return token;
@@ -41,8 +40,7 @@ pointerToken( std::string_view name ) {
 
 // The lowest set bit is in the first of the eight bytes that is a quote or a backslash; none is set
 // when there is none. For little-endian machines, as the switch's is.
-uint64_t
-quotesOrBackslashes( char const * bytes ) {
+uint64_t quotesOrBackslashes( char const * bytes ) {
    constexpr uint64_t ones = 0x0101010101010101;
    uint64_t word;
    std::memcpy( &word, bytes, sizeof word );
@@ -52,42 +50,38 @@ quotesOrBackslashes( char const * bytes ) {
 
 // The text of a string token whose quotes are at its ends and that needs no unescaping; a null view
 // when it does.
-std::string_view
-plainString( char const * token ) {
+std::string_view plainString( char const * token ) {
    char const * end = token;
    uint64_t found = 0;
-   for( ; ( found = quotesOrBackslashes( end ) ) == 0; end += 8 ) {
+   for ( ; ( found = quotesOrBackslashes( end ) ) == 0; end += 8 ) {
    }
    end += std::countr_zero( found ) / 8;
    return *end == '"' ? std::string_view( token, static_cast< size_t >( end - token ) )
                       : std::string_view();
 }
 
-std::string
-lineAndColumn( std::string_view text, size_t offset ) {
+std::string lineAndColumn( std::string_view text, size_t offset ) {
    std::string_view const before = text.substr( 0, std::min( offset, text.size() ) );
    auto const line = std::count( before.begin(), before.end(), '\n' ) + 1;
    size_t const lineBegin = before.rfind( '\n' ) + 1; // npos + 1 is 0
-   return "line " + std::to_string( line ) + ", column " +
-          std::to_string( before.size() - lineBegin + 1 );
+   return "line " + std::to_string( line ) + ", column "
+          + std::to_string( before.size() - lineBegin + 1 );
 }
 
 } // namespace
 
-std::string
-quoted( std::string_view text ) {
+std::string quoted( std::string_view text ) {
    std::string result = "\"";
    appendVisible( result, text );
    return result + "\"";
 }
 
-std::string
-Place::text() const {
-   if( !parent ) {
+std::string Place::text() const {
+   if ( !parent ) {
       return "";
    }
    std::string path = parent->text() + "/";
-   if( isElement ) {
+   if ( isElement ) {
       path += std::to_string( index );
    } else {
       appendVisible( path, pointerToken( name ) );
@@ -97,8 +91,7 @@ Place::text() const {
 
 // The fast parser does not say where a document breaks; a second, exact one does, once there is an
 // error to report.
-void
-failSyntax( JsonSource const & source, simdjson::error_code error ) {
+void failSyntax( JsonSource const & source, simdjson::error_code error ) {
    std::string_view const text = source.file.text();
    rapidjson::MemoryStream stream( text.data(), text.size() );
    rapidjson::EncodedInputStream< rapidjson::UTF8<>, rapidjson::MemoryStream > input( stream );
@@ -109,49 +102,48 @@ failSyntax( JsonSource const & source, simdjson::error_code error ) {
    auto const result = reader.Parse< flags >( input, ignore );
    std::string message = simdjson::error_message( error );
    size_t offset = text.size();
-   if( result.IsError() ) {
+   if ( result.IsError() ) {
       offset = result.Offset();
       message = rapidjson::GetParseError_En( result.Code() );
    }
    throw FileError( source.path + ": " + lineAndColumn( text, offset ) + ": " + message );
 }
 
-void
-JsonValue::fail( std::string const & message ) const {
+void JsonValue::fail( std::string const & message ) const {
    std::string const place = place_->text();
    throw FileError( source_->path + ": " + ( place.empty() ? "/" : place ) + ": " + message );
 }
 
-json_type
-JsonValue::type() {
+json_type JsonValue::type() {
    json_type type{};
    check( value_.type().get( type ) );
    return type;
 }
 
-void
-JsonValue::failKind( simdjson::error_code error, char const * wanted ) {
-   if( error == simdjson::INCORRECT_TYPE ) {
+void JsonValue::failKind( simdjson::error_code error, char const * wanted ) {
+   if ( error == simdjson::INCORRECT_TYPE ) {
       fail( rawText() + " is not " + wanted );
    }
    failSyntax( *source_, error );
 }
 
-std::string
-JsonValue::rawText() {
-   switch( type() ) {
-      case json_type::object: return "an object";
-      case json_type::array: return "a list";
-      case json_type::string: return quoted( string() );
-      default: break;
+std::string JsonValue::rawText() {
+   switch ( type() ) {
+   case json_type::object:
+      return "an object";
+   case json_type::array:
+      return "a list";
+   case json_type::string:
+      return quoted( string() );
+   default:
+      break;
    }
    std::string_view token = value_.raw_json_token();
    return std::string( token.substr( 0, token.find_first_of( " \t\r\n,]}" ) ) );
 }
 
-std::string_view
-JsonValue::key( simdjson::ondemand::field & field ) {
-   if( std::string_view const plain = plainString( field.key().raw() ); plain.data() ) {
+std::string_view JsonValue::key( simdjson::ondemand::field & field ) {
+   if ( std::string_view const plain = plainString( field.key().raw() ); plain.data() ) {
       return plain;
    }
    std::string_view name;
@@ -159,11 +151,10 @@ JsonValue::key( simdjson::ondemand::field & field ) {
    return name;
 }
 
-std::string_view
-JsonValue::string() {
+std::string_view JsonValue::string() {
    char const * const token = value_.raw_json_token().data();
-   if( token[ 0 ] == '"' ) {
-      if( std::string_view const plain = plainString( token + 1 ); plain.data() ) {
+   if ( token[0] == '"' ) {
+      if ( std::string_view const plain = plainString( token + 1 ); plain.data() ) {
          get( value_.get_raw_json_string(), "a string" );
          return plain;
       }
@@ -171,45 +162,40 @@ JsonValue::string() {
    return get( value_.get_string(), "a string" );
 }
 
-std::string_view
-JsonValue::name( std::string_view what ) {
+std::string_view JsonValue::name( std::string_view what ) {
    std::string_view const text = string();
-   if( text.empty() ) {
+   if ( text.empty() ) {
       fail( "empty, where " + std::string( what ) + " is needed" );
    }
    return text;
 }
 
-uint64_t
-JsonValue::number( std::string_view what, uint64_t maximum ) {
+uint64_t JsonValue::number( std::string_view what, uint64_t maximum ) {
    uint64_t number = 0;
-   if( value_.get_uint64().get( number ) || number > maximum ) {
-      fail( rawText() + " is not " + std::string( what ) + " (0 to " + std::to_string( maximum ) +
-            ")" );
+   if ( value_.get_uint64().get( number ) || number > maximum ) {
+      fail( rawText() + " is not " + std::string( what ) + " (0 to " + std::to_string( maximum )
+            + ")" );
    }
    return number;
 }
 
-double
-JsonValue::real() {
+double JsonValue::real() {
    double number = 0;
-   if( value_.get_double().get( number ) ) {
+   if ( value_.get_double().get( number ) ) {
       fail( rawText() + " is not a number" );
    }
    return number;
 }
 
-bool
-JsonValue::boolean() {
+bool JsonValue::boolean() {
    return get( value_.get_bool(), "true or false" );
 }
 
-bool
-JsonValue::null() {
-   if( type() != json_type::null ) {
+bool JsonValue::null() {
+   if ( type() != json_type::null ) {
       return false;
    }
-   if( !value_.is_null() ) {
+   if ( !value_.is_null() ) {
       failSyntax( *source_, simdjson::N_ATOM_ERROR );
    }
    return true;

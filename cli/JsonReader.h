@@ -48,21 +48,21 @@ struct Member {
    bool isRequired;
 };
 template< typename Action >
-Member< Action >
-required( std::string_view name, Action const & action ) {
+Member< Action > required( std::string_view name, Action const & action ) {
    return { name, action, true };
 }
 template< typename Action >
-Member< Action >
-optional( std::string_view name, Action const & action ) {
+Member< Action > optional( std::string_view name, Action const & action ) {
    return { name, action, false };
 }
 
 // A value that is about to be read, once. Errors throw FileError.
 class JsonValue {
- public:
+public:
    JsonValue( JsonSource const & source, simdjson::ondemand::value value, Place const & place )
-       : source_( &source ), value_( value ), place_( &place ) {}
+      : source_( &source )
+      , value_( value )
+      , place_( &place ) {}
 
    // An object with exactly these members, in any order.
    template< typename... Actions >
@@ -94,21 +94,19 @@ class JsonValue {
    // The error of this value.
    [[noreturn]] void fail( std::string const & message ) const;
 
- private:
+private:
    // What the parser gives for this value; fails when that is of another kind than wanted.
    template< typename T >
-   T
-   get( simdjson::simdjson_result< T > result, char const * wanted ) {
+   T get( simdjson::simdjson_result< T > result, char const * wanted ) {
       T value;
-      if( auto const error = std::move( result ).get( value ) ) {
+      if ( auto const error = std::move( result ).get( value ) ) {
          failKind( error, wanted );
       }
       return value;
    }
    [[noreturn]] void failKind( simdjson::error_code error, char const * wanted );
-   void
-   check( simdjson::error_code error ) {
-      if( error ) {
+   void check( simdjson::error_code error ) {
+      if ( error ) {
          failSyntax( *source_, error );
       }
    }
@@ -130,36 +128,35 @@ void readJson( std::string const & path, Action const & action );
 std::string quoted( std::string_view text );
 
 template< typename... Actions >
-void
-JsonValue::object( Member< Actions > const &... members ) {
+void JsonValue::object( Member< Actions > const &... members ) {
    static_assert( sizeof...( members ) < 32 );
    simdjson::ondemand::object object = get( value_.get_object(), "an object" );
    uint32_t seen = 0;
-   for( auto field : object ) {
+   for ( auto field : object ) {
       check( field.error() );
       std::string_view const name = key( field.value_unsafe() );
       Place const place{ place_, name };
       JsonValue value( *source_, field.value_unsafe().value(), place );
       uint32_t bit = 1;
-      auto const read = [ & ]( auto const & member ) {
+      auto const read = [&]( auto const & member ) {
          uint32_t const own = std::exchange( bit, bit << 1 );
-         if( member.name != name ) {
+         if ( member.name != name ) {
             return false;
          }
-         if( seen & own ) {
+         if ( seen & own ) {
             value.fail( "given twice" );
          }
          seen |= own;
          member.action( value );
          return true;
       };
-      if( !( read( members ) || ... ) ) {
+      if ( !( read( members ) || ... ) ) {
          value.fail( "unknown member" );
       }
    }
    uint32_t bit = 1;
-   auto const present = [ & ]( auto const & member ) {
-      if( member.isRequired && !( seen & bit ) ) {
+   auto const present = [&]( auto const & member ) {
+      if ( member.isRequired && !( seen & bit ) ) {
          fail( "the member " + quoted( member.name ) + " is missing" );
       }
       bit <<= 1;
@@ -168,10 +165,9 @@ JsonValue::object( Member< Actions > const &... members ) {
 }
 
 template< typename Action >
-void
-JsonValue::map( Action const & action ) {
+void JsonValue::map( Action const & action ) {
    simdjson::ondemand::object object = get( value_.get_object(), "an object" );
-   for( auto field : object ) {
+   for ( auto field : object ) {
       check( field.error() );
       std::string_view const name = key( field.value_unsafe() );
       Place const place{ place_, name };
@@ -180,11 +176,10 @@ JsonValue::map( Action const & action ) {
 }
 
 template< typename Action >
-void
-JsonValue::list( Action const & action ) {
+void JsonValue::list( Action const & action ) {
    simdjson::ondemand::array array = get( value_.get_array(), "a list" );
    Place place{ place_, {}, 0, true };
-   for( auto element : array ) {
+   for ( auto element : array ) {
       check( element.error() );
       action( JsonValue( *source_, element.value_unsafe(), place ) );
       ++place.index;
@@ -192,27 +187,27 @@ JsonValue::list( Action const & action ) {
 }
 
 template< typename Action >
-void
-readJson( std::string const & path, Action const & action ) {
+void readJson( std::string const & path, Action const & action ) {
    InputFile const file( path );
    JsonSource const source{ path, file };
-   // The parser takes about six times the text, most of it never touched; what is built from it, four.
+   // The parser takes about six times the text, most of it never touched; what is built from it,
+   // four.
    expectAllocations( file.text().size() * 10 );
    simdjson::ondemand::parser parser;
    simdjson::ondemand::document document;
    auto const text =
       simdjson::padded_string_view( file.text().data(), file.text().size(), file.capacity() );
-   if( auto const error = parser.iterate( text ).get( document ) ) {
+   if ( auto const error = parser.iterate( text ).get( document ) ) {
       failSyntax( source, error );
    }
    simdjson::ondemand::value root;
-   if( auto const error = document.get_value().get( root ) ) {
+   if ( auto const error = document.get_value().get( root ) ) {
       failSyntax( source, error );
    }
    Place const place;
    action( JsonValue( source, root, place ) );
    char const * rest = nullptr;
-   if( !document.current_location().get( rest ) ) {
+   if ( !document.current_location().get( rest ) ) {
       failSyntax( source, simdjson::TRAILING_CONTENT );
    }
 }

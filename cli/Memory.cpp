@@ -1,10 +1,11 @@
 #include "cli/Memory.h"
 
+#include <malloc.h>
+#include <sys/mman.h>
+
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
-#include <malloc.h>
-#include <sys/mman.h>
 
 namespace tpcli {
 
@@ -15,22 +16,20 @@ constexpr size_t worthIt = 4 * largePage;
 
 } // namespace
 
-void *
-allocateLarge( size_t bytes ) {
-   if( bytes < worthIt ) {
+void * allocateLarge( size_t bytes ) {
+   if ( bytes < worthIt ) {
       return std::malloc( bytes );
    }
    size_t const rounded = ( bytes + largePage - 1 ) / largePage * largePage;
    void * const block = std::aligned_alloc( largePage, rounded );
-   if( block ) {
+   if ( block ) {
       ::madvise( block, rounded, MADV_HUGEPAGE );
    }
    return block;
 }
 
-void
-expectAllocations( size_t bytes ) {
-   if( bytes < worthIt || bytes > std::numeric_limits< size_t >::max() / 4 ) {
+void expectAllocations( size_t bytes ) {
+   if ( bytes < worthIt || bytes > std::numeric_limits< size_t >::max() / 4 ) {
       return;
    }
    // A block from the heap itself, given back untouched: the allocator keeps its address range and
@@ -38,12 +37,13 @@ expectAllocations( size_t bytes ) {
    ::mallopt( M_MMAP_MAX, 0 );
    ::mallopt( M_TRIM_THRESHOLD, std::numeric_limits< int >::max() );
    void * const block = std::malloc( bytes - 1 );
-   if( !block ) {
+   if ( !block ) {
       return;
    }
-   auto const begin = ( reinterpret_cast< uintptr_t >( block ) + largePage - 1 ) & ~( largePage - 1 );
+   auto const begin =
+      ( reinterpret_cast< uintptr_t >( block ) + largePage - 1 ) & ~( largePage - 1 );
    auto const end = ( reinterpret_cast< uintptr_t >( block ) + bytes - 1 ) & ~( largePage - 1 );
-   if( begin < end ) {
+   if ( begin < end ) {
       ::madvise( reinterpret_cast< void * >( begin ), end - begin, MADV_HUGEPAGE );
    }
    std::free( block );

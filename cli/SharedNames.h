@@ -13,20 +13,19 @@ namespace tpcli {
 // A few names that come again and again, such as those of a policy's counters: each is made once,
 // and comparing two of them is comparing two pointers.
 class RecentNames {
- public:
-   Vorn::String
-   get( std::string_view text ) {
-      for( Vorn::String const & name : names_ ) {
-         if( name == text ) {
+public:
+   Vorn::String get( std::string_view text ) {
+      for ( Vorn::String const & name : names_ ) {
+         if ( name == text ) {
             return name;
          }
       }
-      Vorn::String & place = names_[ next_++ % names_.size() ];
+      Vorn::String & place = names_[next_++ % names_.size()];
       place = Vorn::String( text );
       return place;
    }
 
- private:
+private:
    std::array< Vorn::String, 8 > names_;
    size_t next_ = 0;
 };
@@ -35,23 +34,22 @@ class RecentNames {
 // configuration, the status and the counter store.
 template< typename Map >
 class FollowedNames {
- public:
+public:
    // Null: nothing to follow. The map must not change meanwhile.
    explicit FollowedNames( Map const * map ) {
-      if( map ) {
+      if ( map ) {
          at_ = map->begin();
          end_ = map->end();
       }
    }
-   Vorn::String
-   get( std::string_view text ) {
-      if( at_ != end_ && at_->key == text ) {
+   Vorn::String get( std::string_view text ) {
+      if ( at_ != end_ && at_->key == text ) {
          return ( at_++ )->key;
       }
       return Vorn::String( text );
    }
 
- private:
+private:
    typename Map::Iterator at_;
    typename Map::Iterator end_;
 };

@@ -13,29 +13,28 @@ namespace tpcli {
 
 // A number, or a pair of low and high.
 template< typename Range >
-Range
-readRange( JsonValue & value, std::string_view what, uint32_t maximum ) {
+Range readRange( JsonValue & value, std::string_view what, uint32_t maximum ) {
    Range range;
-   if( !value.isList() ) {
+   if ( !value.isList() ) {
       range.low = range.high = static_cast< uint32_t >( value.number( what, maximum ) );
       return range;
    }
-   uint32_t bounds[ 2 ] = {};
+   uint32_t bounds[2] = {};
    size_t count = 0;
-   value.list( [ & ]( JsonValue bound ) {
-      if( count == 2 ) {
+   value.list( [&]( JsonValue bound ) {
+      if ( count == 2 ) {
          bound.fail( "a range is one number or a pair" );
       }
-      bounds[ count++ ] = static_cast< uint32_t >( bound.number( what, maximum ) );
+      bounds[count++] = static_cast< uint32_t >( bound.number( what, maximum ) );
    } );
-   if( count != 2 ) {
+   if ( count != 2 ) {
       value.fail( "a range is one number or a pair" );
    }
-   if( bounds[ 0 ] > bounds[ 1 ] ) {
+   if ( bounds[0] > bounds[1] ) {
       value.fail( "the range's low bound is above its high bound" );
    }
-   range.low = bounds[ 0 ];
-   range.high = bounds[ 1 ];
+   range.low = bounds[0];
+   range.high = bounds[1];
    return range;
 }
 
@@ -58,25 +57,23 @@ struct Counts {
 
 // An object of counts, with the members given beside them.
 template< typename... Actions >
-Counts
-readCounts( JsonValue & value, Member< Actions > const &... others ) {
+Counts readCounts( JsonValue & value, Member< Actions > const &... others ) {
    Counts counts;
    value.object(
-      optional( "counterId", [ & ]( JsonValue & v ) { counts.id = readUniqueId( v ); } ),
-      optional( "packets", [ & ]( JsonValue & v ) { counts.count.packets = v.number( "a count" ); } ),
-      optional( "bytes", [ & ]( JsonValue & v ) { counts.count.bytes = v.number( "a count" ); } ),
+      optional( "counterId", [&]( JsonValue & v ) { counts.id = readUniqueId( v ); } ),
+      optional( "packets", [&]( JsonValue & v ) { counts.count.packets = v.number( "a count" ); } ),
+      optional( "bytes", [&]( JsonValue & v ) { counts.count.bytes = v.number( "a count" ); } ),
       others... );
    return counts;
 }
 
 // An enumeration by the names of its values.
 template< typename Enum, size_t count >
-Enum
-readEnum( JsonValue & value, std::pair< std::string_view, Enum > const ( &names )[ count ] ) {
+Enum readEnum( JsonValue & value, std::pair< std::string_view, Enum > const ( &names )[count] ) {
    std::string_view const text = value.string();
    std::string choices;
-   for( auto const & [ name, meaning ] : names ) {
-      if( name == text ) {
+   for ( auto const & [name, meaning] : names ) {
+      if ( name == text ) {
          return meaning;
       }
       choices += ( choices.empty() ? "" : ", " ) + quoted( name );

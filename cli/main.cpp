@@ -5,26 +5,25 @@
 #include "cli/Errors.h"
 #include "cli/Runner.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace {
 
 // A standard descriptor that the caller closed must not become that of a file opened later.
-void
-keepStandardDescriptors() {
-   for( int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd ) {
-      if( ::fcntl( fd, F_GETFD ) < 0 && ::open( "/dev/null", O_RDONLY ) < 0 ) {
+void keepStandardDescriptors() {
+   for ( int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd ) {
+      if ( ::fcntl( fd, F_GETFD ) < 0 && ::open( "/dev/null", O_RDONLY ) < 0 ) {
          std::_Exit( EXIT_FAILURE );
       }
    }
 }
 
-void
-catchSignals() {
+void catchSignals() {
    struct sigaction action {};
    // Without SA_RESTART: a write or read that blocks must notice.
    action.sa_handler = []( int ) { wendo::interrupt::request(); };
@@ -34,27 +33,26 @@ catchSignals() {
    ::sigaction( SIGPIPE, &action, nullptr );
 }
 
-tpcli::Status
-run( int argc, char ** argv, tpcli::Workspace & workspace ) {
+tpcli::Status run( int argc, char ** argv, tpcli::Workspace & workspace ) {
    try {
       tpcli::Options const options = tpcli::parseArguments( argc, argv );
-      if( options.help ) {
+      if ( options.help ) {
          std::fputs( tpcli::usageText, stdout );
          return tpcli::Status::done;
       }
-      if( options.version ) {
+      if ( options.version ) {
          std::puts( "tpcli " TPCLI_VERSION );
          return tpcli::Status::done;
       }
       TrafficPolicyCli::trace.levelMaskIs( options.traceLevels );
-      if( !options.command.empty() ) {
+      if ( !options.command.empty() ) {
          return tpcli::runCommand( options, options.command, workspace );
       }
-      if( options.statePath == "-" ) {
+      if ( options.statePath == "-" ) {
          throw tpcli::UsageError( "standard input cannot hold both the state and the commands" );
       }
       return tpcli::runLines( options, workspace );
-   } catch( tpcli::UsageError const & error ) {
+   } catch ( tpcli::UsageError const & error ) {
       std::fprintf( stderr, "tpcli: %s\n%s", error.what(), tpcli::usageText );
       return tpcli::Status::usage;
    }
@@ -62,13 +60,12 @@ run( int argc, char ** argv, tpcli::Workspace & workspace ) {
 
 } // namespace
 
-int
-main( int argc, char ** argv ) {
+int main( int argc, char ** argv ) {
    keepStandardDescriptors();
    catchSignals();
    tpcli::Workspace workspace;
    tpcli::Status status = run( argc, argv, workspace );
-   if( std::fflush( stdout ) != 0 && status == tpcli::Status::done ) {
+   if ( std::fflush( stdout ) != 0 && status == tpcli::Status::done ) {
       std::perror( "tpcli: cannot write the output" );
       status = tpcli::Status::failed;
    }

@@ -13,7 +13,7 @@ using Count = uint64_t PacketAndByte::*;
 TrafficPolicy::NamedCounterVersion const *
 applicableSnapshot( TrafficPolicy::Counter const & counter,
                     PolicyMap::PacketDataStatus const & status, Vorn::String const & policyName ) {
-   if( counter.namedSnapshot().empty() ) {
+   if ( counter.namedSnapshot().empty() ) {
       return nullptr;
    }
    auto const * snapshot =
@@ -23,49 +23,47 @@ applicableSnapshot( TrafficPolicy::Counter const & counter,
 
 // The difference; a value that went backwards is reported and reads as 0.
 template< typename Report >
-uint64_t
-since( uint64_t snapshot, uint64_t current, Report const & report ) {
-   if( current < snapshot ) {
+uint64_t since( uint64_t snapshot, uint64_t current, Report const & report ) {
+   if ( current < snapshot ) {
       report();
       return 0;
    }
    return current - snapshot;
 }
 
-uint64_t
-namedCount( TrafficPolicy::Counter const & counter, PolicyMap::PacketDataStatus const & status,
-            Vorn::String const & policyName, Count count, char const * function ) {
+uint64_t namedCount( TrafficPolicy::Counter const & counter,
+                     PolicyMap::PacketDataStatus const & status, Vorn::String const & policyName,
+                     Count count, char const * function ) {
    uint64_t const current = status.total().*count;
    auto const * snapshot = applicableSnapshot( counter, status, policyName );
-   if( !snapshot ) {
+   if ( !snapshot ) {
       return current;
    }
-   return since( snapshot->totalCount().*count, current, [ & ] {
+   return since( snapshot->totalCount().*count, current, [&] {
       trace.write( 1, { "Counter value for policy ", function }, policyName, ", counter ",
                    status.name(), " has moved backwards" );
    } );
 }
 
-uint64_t
-interfaceCount( TrafficPolicy::Counter const & counter, PolicyMap::PacketDataStatus const & status,
-                Vorn::String const & policyName, Pelx::IntfId const & intf, Count count,
-                char const * function ) {
+uint64_t interfaceCount( TrafficPolicy::Counter const & counter,
+                         PolicyMap::PacketDataStatus const & status,
+                         Vorn::String const & policyName, Pelx::IntfId const & intf, Count count,
+                         char const * function ) {
    auto const * entry = status.intfCountData( intf );
    VORN_ASSERT( entry );
    uint64_t const current = ( *entry )->countData().*count;
    auto const * snapshot = applicableSnapshot( counter, status, policyName );
    auto const * intfSnapshot = snapshot ? snapshot->perIntfCount( intf ) : nullptr;
-   if( !intfSnapshot || !( intfSnapshot->uniqueId() == ( *entry )->uniqueId() ) ) {
+   if ( !intfSnapshot || !( intfSnapshot->uniqueId() == ( *entry )->uniqueId() ) ) {
       return current;
    }
-   return since( intfSnapshot->countData().*count, current, [ & ] {
+   return since( intfSnapshot->countData().*count, current, [&] {
       trace.write( 1, { "Counter value for policy ", function }, policyName, ", counter ",
                    status.name(), ", intf: ", intf, " has moved backwards" );
    } );
 }
 
-TrafficPolicy::Counter const &
-storeOrNone( TrafficPolicy::Counter const * counter ) {
+TrafficPolicy::Counter const & storeOrNone( TrafficPolicy::Counter const * counter ) {
    static Vorn::Ptr< TrafficPolicy::Counter const > const none =
       Vorn::create< TrafficPolicy::Counter >();
    return counter ? *counter : *none;
@@ -75,45 +73,41 @@ storeOrNone( TrafficPolicy::Counter const * counter ) {
 
 RuleSnapshots::RuleSnapshots( TrafficPolicy::Counter const * counter,
                               Vorn::String const & policyName )
-    : none_( storeOrNone( counter ).snapshot().empty() ),
-      snapshots_( storeOrNone( counter ).snapshot() ),
-      key_{ { policyName, {} } } {}
+   : none_( storeOrNone( counter ).snapshot().empty() )
+   , snapshots_( storeOrNone( counter ).snapshot() )
+   , key_{ { policyName, {} } } {}
 
-uint64_t
-RuleSnapshots::packets( PolicyMap::ClassMapStatus const & classStatus ) {
+uint64_t RuleSnapshots::packets( PolicyMap::ClassMapStatus const & classStatus ) {
    uint64_t const current = classStatus.packetCount();
-   if( none_ ) {
+   if ( none_ ) {
       return current;
    }
    key_.name = classStatus.name();
    auto const * snapshot = snapshots_.find( key_ );
-   if( !snapshot || !( snapshot->uniqueId == classStatus.uniqueId() ) ) {
+   if ( !snapshot || !( snapshot->uniqueId == classStatus.uniqueId() ) ) {
       return current;
    }
-   return since( snapshot->packets, current, [ & ] {
+   return since( snapshot->packets, current, [&] {
       trace.write( 1, { "Counter value for policy ", "getRulePacketCount" }, key_.policyName,
                    ", class ", classStatus.name(), " has moved backwards" );
    } );
 }
 
-uint64_t
-getRulePacketCount( Vorn::Ptr< PolicyMap::ClassMapStatus const > const & classStatus,
-                    Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
-                    Vorn::String policyName ) {
+uint64_t getRulePacketCount( Vorn::Ptr< PolicyMap::ClassMapStatus const > const & classStatus,
+                             Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
+                             Vorn::String policyName ) {
    return RuleSnapshots( counter.get(), policyName ).packets( *classStatus );
 }
 
-uint64_t
-getNamedPacketCount( Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
-                     Vorn::Ptr< PolicyMap::PacketDataStatus const > const & counterStatus,
-                     Vorn::String const & policyName ) {
+uint64_t getNamedPacketCount( Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
+                              Vorn::Ptr< PolicyMap::PacketDataStatus const > const & counterStatus,
+                              Vorn::String const & policyName ) {
    return namedCount( *counter, *counterStatus, policyName, &PacketAndByte::packets, __func__ );
 }
 
-uint64_t
-getNamedByteCount( Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
-                   Vorn::Ptr< PolicyMap::PacketDataStatus const > const & counterStatus,
-                   Vorn::String const & policyName ) {
+uint64_t getNamedByteCount( Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
+                            Vorn::Ptr< PolicyMap::PacketDataStatus const > const & counterStatus,
+                            Vorn::String const & policyName ) {
    return namedCount( *counter, *counterStatus, policyName, &PacketAndByte::bytes, __func__ );
 }
 

@@ -10,17 +10,17 @@
 
 namespace TrafficPolicyCli {
 
-// The rule counts of one policy. Rules are expected in about the order of their snapshots; any order
-// is right. Must not outlive the store.
+// The rule counts of one policy. Rules are expected in about the order of their snapshots; any
+// order is right. Must not outlive the store.
 class RuleSnapshots {
- public:
+public:
    // Without a store every count is the hardware's.
    RuleSnapshots( TrafficPolicy::Counter const * counter, Vorn::String const & policyName );
 
    // Packets that hit the rule.
    uint64_t packets( PolicyMap::ClassMapStatus const & classStatus );
 
- private:
+private:
    using Snapshots = Vorn::HashMap< TrafficPolicy::CounterKey, TrafficPolicy::CounterVersion >;
 
    bool none_;

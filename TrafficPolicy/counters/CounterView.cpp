@@ -23,35 +23,32 @@ struct Uses {
    std::vector< bool > unnamed; // by rule: it counts for itself
    bool anyUnnamed = false;
 
-   std::vector< Vorn::String >
-   namesInOrder() const {
+   std::vector< Vorn::String > namesInOrder() const {
       std::vector< Vorn::String > names( named.begin(), named.end() );
       std::sort( names.begin(), names.end() );
       return names;
    }
 };
 
-Uses
-usesOf( PolicyState const & state ) {
+Uses usesOf( PolicyState const & state ) {
    Uses uses;
    auto const & config = state.policyMapConfig();
-   if( !config || !config->currCfg() ) {
+   if ( !config || !config->currCfg() ) {
       return uses;
    }
    uses.unnamed.resize( state.ruleCount() );
    Vorn::HashMap< Vorn::String, Vorn::Ptr< PolicyMap::ClassAction const > >::Cursor actions(
       config->currCfg()->classAction() );
-   for( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
+   for ( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
       auto const * classAction = actions.find( state.classMapStatus( rule )->name() );
-      auto const * count =
-         classAction ? PolicyMap::actionAs< PolicyMap::CountAction >(
-                          ( *classAction )->policyAction( PolicyMap::ActionType::count ) )
-                     : nullptr;
-      if( !count ) {
+      auto const * count = classAction ? PolicyMap::actionAs< PolicyMap::CountAction >(
+                              ( *classAction )->policyAction( PolicyMap::ActionType::count ) )
+                                       : nullptr;
+      if ( !count ) {
          continue;
       }
-      if( count->counterName().empty() ) {
-         uses.unnamed[ rule ] = true;
+      if ( count->counterName().empty() ) {
+         uses.unnamed[rule] = true;
          uses.anyUnnamed = true;
       } else {
          uses.named.insert( count->counterName() );
@@ -61,11 +58,10 @@ usesOf( PolicyState const & state ) {
 }
 
 // The counts as text: the packets, and the bytes where the hardware has them.
-void
-writeCounts( RendererV2 & renderer, PacketAndByte const & counts, bool bytes ) {
+void writeCounts( RendererV2 & renderer, PacketAndByte const & counts, bool bytes ) {
    renderer.writeString( counts.packets );
    renderer.writeString( " packets" );
-   if( bytes ) {
+   if ( bytes ) {
       renderer._addText( " ", counts.bytes );
       renderer.writeString( " bytes" );
    }
@@ -73,40 +69,40 @@ writeCounts( RendererV2 & renderer, PacketAndByte const & counts, bool bytes ) {
 }
 
 // The counts as the members of the open object.
-void
-addCounts( RendererV2 & renderer, JsonKey const & packetKey, JsonKey const & byteKey,
-           PacketAndByte const & counts, bool bytes ) {
+void addCounts( RendererV2 & renderer, JsonKey const & packetKey, JsonKey const & byteKey,
+                PacketAndByte const & counts, bool bytes ) {
    renderer.addJsonKeyValuePair( packetKey, counts.packets );
-   if( bytes ) {
+   if ( bytes ) {
       renderer.addJsonKeyValuePair( byteKey, counts.bytes );
    }
 }
 
 // One named counter of a policy.
 class NamedCounterInfo {
- public:
+public:
    NamedCounterInfo( RendererV2 & renderer, PolicyState const & state,
                      Vorn::Ptr< PolicyMap::PacketDataStatus const > const & status )
-       : renderer_( renderer ), state_( state ), status_( status ) {}
+      : renderer_( renderer )
+      , state_( state )
+      , status_( status ) {}
 
-   void
-   render( bool countersPerInterface ) {
+   void render( bool countersPerInterface ) {
       static constexpr JsonKey totals( "totals" );
       static constexpr JsonKey packetTotal( "packetTotal" );
       static constexpr JsonKey byteTotal( "byteTotal" );
       renderer_.startJsonObject( status_->name() );
-      if( renderer_.isText() ) {
+      if ( renderer_.isText() ) {
          renderer_.writeString( indentation( listIndent ) );
          renderer_._addText( "", status_->name() );
          renderer_.writeString( ":" );
       }
-      if( countersPerInterface ) {
+      if ( countersPerInterface ) {
          renderer_.eol();
          renderInterfaces();
       }
       PacketAndByte const total = totalCounts();
-      if( renderer_.isText() ) {
-         if( countersPerInterface ) {
+      if ( renderer_.isText() ) {
+         if ( countersPerInterface ) {
             renderer_.writeString( indentation( state_.indentCountPerLevel() + 3 ) );
             renderer_.writeString( "Total:" );
          }
@@ -119,16 +115,15 @@ class NamedCounterInfo {
       renderer_.endJsonDict();
    }
 
- private:
-   void
-   renderInterfaces() {
+private:
+   void renderInterfaces() {
       static constexpr JsonKey interfaces( "interfaces" );
       static constexpr JsonKey packetCount( "packetCount" );
       static constexpr JsonKey byteCount( "byteCount" );
       renderer_.startJsonObject( interfaces );
-      for( auto const & [ intf, data ] : status_->intfCountData() ) {
+      for ( auto const & [intf, data] : status_->intfCountData() ) {
          PacketAndByte const counts = interfaceCounts( intf );
-         if( renderer_.isText() ) {
+         if ( renderer_.isText() ) {
             renderer_.writeString( indentation( state_.indentCountPerLevel() + 3 ) );
             renderer_._addText( "", intf.string() );
             renderer_.writeString( ": " );
@@ -141,16 +136,14 @@ class NamedCounterInfo {
       renderer_.endJsonDict();
    }
 
-   PacketAndByte
-   totalCounts() const {
+   PacketAndByte totalCounts() const {
       return { getNamedPacketCount( state_.counter(), status_, state_.name() ),
                withBytes() ? getNamedByteCount( state_.counter(), status_, state_.name() ) : 0 };
    }
-   PacketAndByte
-   interfaceCounts( Pelx::IntfId const & intf ) const {
-      return {
-         getInterfacePacketCount( state_.counter(), status_, state_.name(), intf ),
-         withBytes() ? getInterfaceByteCount( state_.counter(), status_, state_.name(), intf ) : 0 };
+   PacketAndByte interfaceCounts( Pelx::IntfId const & intf ) const {
+      return { getInterfacePacketCount( state_.counter(), status_, state_.name(), intf ),
+               withBytes() ? getInterfaceByteCount( state_.counter(), status_, state_.name(), intf )
+                           : 0 };
    }
    bool withBytes() const { return state_.byteCountersSupported(); }
 
@@ -159,17 +152,16 @@ class NamedCounterInfo {
    Vorn::Ptr< PolicyMap::PacketDataStatus const > const & status_;
 };
 
-void
-renderNamedCounters( RendererV2 & renderer, PolicyState const & state, Uses const & uses,
-                     bool countersPerInterface ) {
+void renderNamedCounters( RendererV2 & renderer, PolicyState const & state, Uses const & uses,
+                          bool countersPerInterface ) {
    static constexpr JsonKey namedCounters( "namedCounters" );
-   if( !state.namedCounter() ) {
+   if ( !state.namedCounter() ) {
       return;
    }
    renderer.startJsonObject( namedCounters );
-   for( Vorn::String const & name : uses.namesInOrder() ) {
+   for ( Vorn::String const & name : uses.namesInOrder() ) {
       auto const * status = state.policyMapStatus()->counterStatus( name );
-      if( !state.namedCounter( name ) || !status ) {
+      if ( !state.namedCounter( name ) || !status ) {
          trace.write( 1, { "Counter: ", "renderTrafficPolicyCounters" }, name, " is undefined" );
          continue;
       }
@@ -178,30 +170,29 @@ renderNamedCounters( RendererV2 & renderer, PolicyState const & state, Uses cons
    renderer.endJsonDict();
 }
 
-void
-renderUnnamedCounters( RendererV2 & renderer, PolicyState const & state, Uses const & uses ) {
+void renderUnnamedCounters( RendererV2 & renderer, PolicyState const & state, Uses const & uses ) {
    static constexpr JsonKey unnamedCounters( "unnamedCounters" );
    static constexpr JsonKey totals( "totals" );
    static constexpr JsonKey packetTotal( "packetTotal" );
-   if( !uses.anyUnnamed ) {
+   if ( !uses.anyUnnamed ) {
       return;
    }
    RuleSnapshots snapshots( state.counter().get(), state.name() );
    renderer.startJsonObject( unnamedCounters );
-   for( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
-      if( !uses.unnamed[ rule ] ) {
+   for ( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
+      if ( !uses.unnamed[rule] ) {
          continue;
       }
       PolicyMap::ClassMapStatus const & status = *state.classMapStatus( rule );
       uint64_t const packets = snapshots.packets( status );
-      if( renderer.isText() ) {
+      if ( renderer.isText() ) {
          renderer.writeString( indentation( listIndent ) );
          renderer._addText( "match rule: ", status.name() );
          renderer._addText( ": ", packets );
          renderer.writeString( " packets" );
          renderer.eol();
       }
-      if( renderer.isJson() ) {
+      if ( renderer.isJson() ) {
          renderer._startJsonObject( status.name() );
          renderer._startJsonObject( totals );
          renderer._addJsonKeyValuePair( packetTotal, packets );
@@ -214,13 +205,12 @@ renderUnnamedCounters( RendererV2 & renderer, PolicyState const & state, Uses co
 
 } // namespace
 
-void
-renderPolicyCounters( RendererV2 & renderer, Selection const & selection,
-                      bool countersPerInterface ) {
+void renderPolicyCounters( RendererV2 & renderer, Selection const & selection,
+                           bool countersPerInterface ) {
    static constexpr JsonKey trafficPolicies( "trafficPolicies" );
    renderer.startJsonObject( trafficPolicies );
-   selection.forEach( [ & ]( PolicyState const & state ) {
-      if( renderer.isText() ) {
+   selection.forEach( [&]( PolicyState const & state ) {
+      if ( renderer.isText() ) {
          renderer._addText( "Traffic policy ", state.name() );
          renderer.eol();
       }
@@ -233,19 +223,18 @@ renderPolicyCounters( RendererV2 & renderer, Selection const & selection,
    renderer.endJsonDict();
 }
 
-void
-renderCounterGranularity( RendererV2 & renderer,
-                          TrafficPolicy::CounterGranularity granularity ) {
+void renderCounterGranularity( RendererV2 & renderer,
+                               TrafficPolicy::CounterGranularity granularity ) {
    static constexpr JsonKey key( "ingressCounterGranularity" );
    using TrafficPolicy::CounterGranularity;
    std::string_view const text = granularity == CounterGranularity::perPolicy      ? "per-policy"
                                  : granularity == CounterGranularity::perInterface ? "per-interface"
                                                                                    : "";
-   if( text.empty() ) {
+   if ( text.empty() ) {
       return;
    }
    renderer.addJsonKeyValuePair( key, text );
-   if( renderer.isText() ) {
+   if ( renderer.isText() ) {
       renderer._addText( "Counter granularity: ", text );
       renderer.writeString( " ingress" );
       renderer.eol();

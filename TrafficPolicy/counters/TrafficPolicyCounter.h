@@ -17,14 +17,15 @@ class TrafficPolicyCounter : public Vorn::PtrInterface {
 
    TrafficPolicyCounter( Vorn::Ptr< PolicyMap::PolicyMapTypeStatus const > const & status,
                          Vorn::Ptr< TrafficPolicy::Counter > const & counter )
-       : status_( status ), counter_( counter ) {}
+      : status_( status )
+      , counter_( counter ) {}
 
    // Takes a snapshot of every counter of every policy, stamps the store with the time, and removes
    // the snapshots of counters that are gone. Per-interface counts are recorded only where the
    // status keeps counters per interface.
    void clearCounter();
 
- private:
+private:
    void snapshotNamedCounters( PolicyMap::PolicyMapStatus const & policy );
    void snapshotInterfaces( TrafficPolicy::NamedCounterVersion & snapshot,
                             PolicyMap::PacketDataStatus const & counterStatus );

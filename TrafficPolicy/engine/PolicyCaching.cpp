@@ -18,21 +18,24 @@ namespace {
 constexpr uint32_t indentStep = 3;
 
 // The family that the class is installed for, or null: at most one is allowed.
-ClassMapMatchOption const *
-installedFamily( ClassMapStatus const * cmapStatus ) {
-   switch( cmapStatus->matchs() ) {
-      case 0: trace.write( 1, "No match option status found for ", cmapStatus->name() ); return nullptr;
-      case 1: return &*cmapStatus->match().begin();
-      default: VORN_ASSERT( cmapStatus->matchs() == 0 );
+ClassMapMatchOption const * installedFamily( ClassMapStatus const * cmapStatus ) {
+   switch ( cmapStatus->matchs() ) {
+   case 0:
+      trace.write( 1, "No match option status found for ", cmapStatus->name() );
+      return nullptr;
+   case 1:
+      return &*cmapStatus->match().begin();
+   default:
+      VORN_ASSERT( cmapStatus->matchs() == 0 );
    }
    return nullptr;
 }
 
 // The class's match condition in the family; an empty one where the configuration has none.
-Vorn::Ptr< ClassMapMatch const >
-matchCondition( ClassMapSubConfig const * classConfig, Vorn::String const & className,
-                ClassMapMatchOption option ) {
-   if( auto const * match = classConfig ? classConfig->match( option ) : nullptr ) {
+Vorn::Ptr< ClassMapMatch const > matchCondition( ClassMapSubConfig const * classConfig,
+                                                 Vorn::String const & className,
+                                                 ClassMapMatchOption option ) {
+   if ( auto const * match = classConfig ? classConfig->match( option ) : nullptr ) {
       trace.write( 7, "Found class match config for ", className, ", ", option );
       return *match;
    }
@@ -40,8 +43,7 @@ matchCondition( ClassMapSubConfig const * classConfig, Vorn::String const & clas
 }
 
 // The named counter that the class counts into, or null.
-Vorn::String const *
-namedCounterOf( PolicyMap::ClassAction const * actions ) {
+Vorn::String const * namedCounterOf( PolicyMap::ClassAction const * actions ) {
    auto const * count = actions ? actions->policyAction( PolicyMap::ActionType::count ) : nullptr;
    auto const * countAction = PolicyMap::actionAs< PolicyMap::CountAction >( count );
    return countAction && !countAction->counterName().empty() ? &countAction->counterName()
@@ -49,19 +51,17 @@ namedCounterOf( PolicyMap::ClassAction const * actions ) {
 }
 
 template< typename T >
-T const *
-pointee( Vorn::Ptr< T const > const * handle ) {
+T const * pointee( Vorn::Ptr< T const > const * handle ) {
    return handle ? handle->get() : nullptr;
 }
 
 } // namespace
 
-void
-ShowTrafficPolicyBase::cachePoliciesState() {
+void ShowTrafficPolicyBase::cachePoliciesState() {
    trace.write( 8, "virtual void TrafficPolicyCli::ShowTrafficPolicyBase::cachePoliciesState()" );
    auto const & statuses = status()->policyMapStatus();
    auto at = statuses.begin();
-   while( at != statuses.end() ) {
+   while ( at != statuses.end() ) {
       // Positioned anew by key after each policy, so that the collection may change meanwhile.
       Vorn::String const name = at->first;
       cachePolicyState( name );
@@ -69,8 +69,7 @@ ShowTrafficPolicyBase::cachePoliciesState() {
    }
 }
 
-void
-ShowTrafficPolicyBase::cachePolicyState( Vorn::String policyName ) {
+void ShowTrafficPolicyBase::cachePolicyState( Vorn::String policyName ) {
    trace.write( 8,
                 "virtual void TrafficPolicyCli::ShowTrafficPolicyBase::cachePolicyState("
                 "Vorn::String)policyName:",
@@ -85,31 +84,31 @@ ShowTrafficPolicyBase::cachePolicyState( Vorn::String policyName ) {
    ps->policyMapConfigIs( policyConfig ? *policyConfig : nullptr );
    auto const * policyStatus = status()->policyMapStatus( policyName );
    ps->policyMapStatusIs( policyStatus ? *policyStatus : nullptr );
-   if( !ps->policyMapConfig() ) {
+   if ( !ps->policyMapConfig() ) {
       trace.write( 7, "PolicyMapConfig not found for ", policyName );
       return;
    }
    auto const subConfig = ps->policyMapConfig()->currCfg();
-   if( !subConfig ) {
+   if ( !subConfig ) {
       trace.write( 7, "currCfg not found for ", policyName );
       return;
    }
-   for( auto const & name : subConfig->namedCounter() ) {
+   for ( auto const & name : subConfig->namedCounter() ) {
       ps->namedCounterIs( name, true );
    }
    cacheClassState( subConfig );
    cacheIntfStatus( ps->policyMapStatus() );
    ps->matchOptionListIs( ClassMapMatchOption::ipv4 );
    ps->matchOptionListIs( ClassMapMatchOption::ipv6 );
-   for( auto const option : ps->matchOptionList() ) {
+   for ( auto const option : ps->matchOptionList() ) {
       cacheInstalledState( ps->policyMapStatus(), option );
       cacheInstallError( ps->policyMapStatus(), option );
    }
    ps->counterIs( counter() );
 }
 
-void
-ShowTrafficPolicyBase::cacheClassState( Vorn::Ptr< PolicyMapSubConfig const > const & subConfig ) {
+void ShowTrafficPolicyBase::cacheClassState(
+   Vorn::Ptr< PolicyMapSubConfig const > const & subConfig ) {
    auto const ps = getOrCreatePolicyState( subConfig->policyName() );
    auto const & sequence = subConfig->classSequence();
    ps->classMapConfigReserve( sequence.size() );
@@ -122,15 +121,15 @@ ShowTrafficPolicyBase::cacheClassState( Vorn::Ptr< PolicyMapSubConfig const > co
    Configs::Cursor configs( subConfig->rawClassMap() );
    Actions::Cursor actions( subConfig->classAction() );
    unsigned rule = 0;
-   for( auto const & [ number, className ] : sequence ) {
+   for ( auto const & [number, className] : sequence ) {
       wendo::interrupt::check();
       auto const * status = statuses.find( className );
-      if( !status ) {
+      if ( !status ) {
          trace.write( 7, "ClassMapStatus not found for ", className );
          continue;
       }
       ClassMapMatchOption const * option = installedFamily( status->get() );
-      if( !option ) {
+      if ( !option ) {
          continue;
       }
       auto const match = matchCondition( pointee( configs.find( className ) ), className, *option );
@@ -138,7 +137,7 @@ ShowTrafficPolicyBase::cacheClassState( Vorn::Ptr< PolicyMapSubConfig const > co
       ps->classMapStatusIs( rule, *status );
       ps->classMapConfigIs( rule, match );
       Vorn::String const * counterName = namedCounterOf( pointee( actions.find( className ) ) );
-      if( counterName && !ps->namedCounter( *counterName ) ) {
+      if ( counterName && !ps->namedCounter( *counterName ) ) {
          trace.write( 1, "Class: ", className, " has undefined counter: ", *counterName );
          ps->undefinedCounterIs( true );
       }

@@ -17,42 +17,37 @@ ShowTrafficPolicyBase::ShowTrafficPolicyBase(
    Vorn::Ptr< TrafficPolicy::Status const > const & status,
    Vorn::Ptr< TrafficPolicy::Counter const > const & counter, Vorn::String policyName, bool summary,
    bool errors, bool detail, bool counters, bool countersPerInterface )
-    : config_( config ),
-      status_( status ),
-      counter_( counter ),
-      policyName_( policyName ),
-      summary_( summary ),
-      errors_( errors ),
-      detail_( detail ),
-      counters_( counters ),
-      countersPerInterface_( countersPerInterface ) {}
+   : config_( config )
+   , status_( status )
+   , counter_( counter )
+   , policyName_( policyName )
+   , summary_( summary )
+   , errors_( errors )
+   , detail_( detail )
+   , counters_( counters )
+   , countersPerInterface_( countersPerInterface ) {}
 
-void
-ShowTrafficPolicyBase::renderTrafficPolicy( unsigned, unsigned, unsigned ) {}
+void ShowTrafficPolicyBase::renderTrafficPolicy( unsigned, unsigned, unsigned ) {}
 
-void
-ShowTrafficPolicyBase::renderCountPerInterface( wendo::RendererV2 * ) {}
+void ShowTrafficPolicyBase::renderCountPerInterface( wendo::RendererV2 * ) {}
 
-void
-ShowTrafficPolicyBase::cacheIntfStatus( Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & ) {}
+void ShowTrafficPolicyBase::cacheIntfStatus(
+   Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & ) {}
 
-void
-ShowTrafficPolicyBase::cacheInstalledState( Vorn::Ptr< PolicyMap::PolicyMapStatus const > const &,
-                                            PolicyMap::ClassMapMatchOption ) {}
+void ShowTrafficPolicyBase::cacheInstalledState(
+   Vorn::Ptr< PolicyMap::PolicyMapStatus const > const &, PolicyMap::ClassMapMatchOption ) {}
 
-void
-ShowTrafficPolicyBase::cacheInstallError( Vorn::Ptr< PolicyMap::PolicyMapStatus const > const &,
-                                          PolicyMap::ClassMapMatchOption ) {}
+void ShowTrafficPolicyBase::cacheInstallError(
+   Vorn::Ptr< PolicyMap::PolicyMapStatus const > const &, PolicyMap::ClassMapMatchOption ) {}
 
-Vorn::Ptr< PolicyState >
-ShowTrafficPolicyBase::getOrCreatePolicyState( Vorn::String ) {
+Vorn::Ptr< PolicyState > ShowTrafficPolicyBase::getOrCreatePolicyState( Vorn::String ) {
    return nullptr;
 }
 
 Vorn::Ptr< PolicyState >
 ShowTrafficPolicyBase::policyStateBy( Vorn::Ptr< PolicyState > ( *factory )( Vorn::String ),
                                       Vorn::String const & name ) {
-   if( auto const * present = policyState( name ) ) {
+   if ( auto const * present = policyState( name ) ) {
       return *present;
    }
    auto const state = factory( name );
@@ -60,27 +55,26 @@ ShowTrafficPolicyBase::policyStateBy( Vorn::Ptr< PolicyState > ( *factory )( Vor
    return state;
 }
 
-void
-ShowTrafficPolicyBase::render( unsigned fd, unsigned format, unsigned revision ) {
+void ShowTrafficPolicyBase::render( unsigned fd, unsigned format, unsigned revision ) {
    try {
       cachePoliciesState();
-      if( counters() ) {
+      if ( counters() ) {
          renderTrafficPolicyCounters( fd, format, revision );
       } else {
          renderTrafficPolicy( fd, format, revision );
       }
-   } catch( wendo::SigIntException const & exception ) {
+   } catch ( wendo::SigIntException const & exception ) {
       std::printf( "exiting %s\n", exception.what() );
       std::fflush( stdout );
    }
 }
 
-void
-ShowTrafficPolicyBase::renderTrafficPolicyCounters( unsigned fd, unsigned format, unsigned ) {
+void ShowTrafficPolicyBase::renderTrafficPolicyCounters( unsigned fd, unsigned format, unsigned ) {
    Reply reply( fd, format );
    reply.open();
    renderCountPerInterface( &reply.renderer() );
-   renderPolicyCounters( reply.renderer(), { policyState(), policyName() }, countersPerInterface() );
+   renderPolicyCounters( reply.renderer(), { policyState(), policyName() },
+                         countersPerInterface() );
    reply.close();
 }
 

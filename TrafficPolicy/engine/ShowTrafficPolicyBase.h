@@ -68,7 +68,7 @@ class ShowTrafficPolicyBase : public Vorn::PtrInterface {
    // Caches the rules of one policy.
    void cacheClassState( Vorn::Ptr< PolicyMap::PolicyMapSubConfig const > const & subConfig );
 
- protected:
+protected:
    // The policy's record, made by the factory if there is none.
    Vorn::Ptr< PolicyState > policyStateBy( Vorn::Ptr< PolicyState > ( *factory )( Vorn::String ),
                                            Vorn::String const & policyName );

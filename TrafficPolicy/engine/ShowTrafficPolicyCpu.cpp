@@ -16,49 +16,44 @@ ShowTrafficPolicyCpu::ShowTrafficPolicyCpu(
    Vorn::Ptr< PolicyMap::VrfConfig const > const & vrfConfig,
    Vorn::Ptr< Ip::AllVrfConfig const > const & allVrfConfig,
    Vorn::Ptr< L3::Intf::StatusDir const > const & l3IntfStatusDir )
-    : ShowTrafficPolicyBase( config, status, counter, policyName, summary, errors, detail, counters,
-                             countersPerInterface ),
-      vrfConfig_( vrfConfig ),
-      allVrfConfig_( allVrfConfig ),
-      l3IntfStatusDir_( l3IntfStatusDir ) {}
+   : ShowTrafficPolicyBase( config, status, counter, policyName, summary, errors, detail, counters,
+                            countersPerInterface )
+   , vrfConfig_( vrfConfig )
+   , allVrfConfig_( allVrfConfig )
+   , l3IntfStatusDir_( l3IntfStatusDir ) {}
 
-Vorn::Ptr< PolicyState >
-ShowTrafficPolicyCpu::getOrCreatePolicyState( Vorn::String policyName ) {
+Vorn::Ptr< PolicyState > ShowTrafficPolicyCpu::getOrCreatePolicyState( Vorn::String policyName ) {
    return policyStateBy(
       []( Vorn::String name ) -> Vorn::Ptr< PolicyState > { return policyStateCpuFactory( name ); },
       policyName );
 }
 
-PolicyStateCpu &
-ShowTrafficPolicyCpu::cpuState( Vorn::String const & policyName ) {
+PolicyStateCpu & ShowTrafficPolicyCpu::cpuState( Vorn::String const & policyName ) {
    return static_cast< PolicyStateCpu & >( *getOrCreatePolicyState( policyName ) );
 }
 
-void
-ShowTrafficPolicyCpu::cachePoliciesState() {
-   for( auto const & [ vrf, policyName ] : vrfConfig()->trafficPolicies() ) {
+void ShowTrafficPolicyCpu::cachePoliciesState() {
+   for ( auto const & [vrf, policyName] : vrfConfig()->trafficPolicies() ) {
       cpuState( policyName ).configuredVrfIs( vrf, true );
    }
    ShowTrafficPolicyBase::cachePoliciesState();
 }
 
 // Groups the policy's interfaces by VRF. One that is no layer-3 interface counts for none.
-void
-ShowTrafficPolicyCpu::cacheIntfStatus(
+void ShowTrafficPolicyCpu::cacheIntfStatus(
    Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & policyMapStatus ) {
    trace.write( 8, "virtual void TrafficPolicyCli::ShowTrafficPolicyCpu::cacheIntfStatus("
                    "const PtrConst&)" );
    PolicyStateCpu & state = cpuState( policyMapStatus->name() );
-   for( auto const & [ intf, intfStatus ] : policyMapStatus->intfStatus() ) {
+   for ( auto const & [intf, intfStatus] : policyMapStatus->intfStatus() ) {
       auto const * l3Status = l3IntfStatusDir()->intfStatus( intf );
-      if( l3Status && *l3Status ) {
+      if ( l3Status && *l3Status ) {
          state.vrfIntfStatusIs( ( *l3Status )->vrf() )->intfStatusIs( intfStatus );
       }
    }
 }
 
-void
-ShowTrafficPolicyCpu::cacheInstalledState(
+void ShowTrafficPolicyCpu::cacheInstalledState(
    Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & policyMapStatus,
    PolicyMap::ClassMapMatchOption matchOption ) {
    trace.write( 8,
@@ -69,8 +64,7 @@ ShowTrafficPolicyCpu::cacheInstalledState(
                                                         matchOption );
 }
 
-void
-ShowTrafficPolicyCpu::cacheInstallError(
+void ShowTrafficPolicyCpu::cacheInstallError(
    Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & policyMapStatus,
    PolicyMap::ClassMapMatchOption matchOption ) {
    trace.write( 8,
@@ -81,8 +75,7 @@ ShowTrafficPolicyCpu::cacheInstallError(
                                                       matchOption );
 }
 
-void
-ShowTrafficPolicyCpu::renderTrafficPolicy( unsigned fd, unsigned format, unsigned ) {
+void ShowTrafficPolicyCpu::renderTrafficPolicy( unsigned fd, unsigned format, unsigned ) {
    static L3::VrfName const all( "all" );
    renderPolicies< CpuBinding >( fd, format, { policyState(), policyName() },
                                  { .errors = errors(),
@@ -99,9 +92,9 @@ showTrafficPolicyCpuFactory( Vorn::Ptr< TrafficPolicy::TrafficPolicyConfig const
                              Vorn::Ptr< PolicyMap::VrfConfig const > const & vrfConfig,
                              Vorn::Ptr< Ip::AllVrfConfig const > const & allVrfConfig,
                              Vorn::Ptr< L3::Intf::StatusDir const > const & l3IntfStatusDir ) {
-   return Vorn::create< ShowTrafficPolicyCpu >( config, status, counter, policyName, summary, errors,
-                                                detail, counters, countersPerInterface, vrfConfig,
-                                                allVrfConfig, l3IntfStatusDir );
+   return Vorn::create< ShowTrafficPolicyCpu >( config, status, counter, policyName, summary,
+                                                errors, detail, counters, countersPerInterface,
+                                                vrfConfig, allVrfConfig, l3IntfStatusDir );
 }
 
 } // namespace TrafficPolicyCli

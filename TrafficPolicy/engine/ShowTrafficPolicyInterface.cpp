@@ -16,10 +16,10 @@ ShowTrafficPolicyInterface::ShowTrafficPolicyInterface(
    bool errors, bool detail, bool counters, bool countersPerInterface,
    Vorn::Ptr< PolicyMap::IntfConfig const > const & intfConfig,
    Vorn::Ptr< TrafficPolicy::TrafficPolicyIntfParamStatus const > const & policyParamStatus )
-    : ShowTrafficPolicyBase( config, status, counter, policyName, summary, errors, detail, counters,
-                             countersPerInterface ),
-      intfConfig_( intfConfig ),
-      policyParamStatus_( policyParamStatus ) {}
+   : ShowTrafficPolicyBase( config, status, counter, policyName, summary, errors, detail, counters,
+                            countersPerInterface )
+   , intfConfig_( intfConfig )
+   , policyParamStatus_( policyParamStatus ) {}
 
 Vorn::Ptr< PolicyState >
 ShowTrafficPolicyInterface::getOrCreatePolicyState( Vorn::String policyName ) {
@@ -35,30 +35,27 @@ ShowTrafficPolicyInterface::interfaceState( Vorn::String const & policyName ) {
    return static_cast< PolicyStateInterface & >( *getOrCreatePolicyState( policyName ) );
 }
 
-void
-ShowTrafficPolicyInterface::cachePoliciesState() {
-   for( auto const & [ intf, policyName ] : intfConfig()->intf() ) {
+void ShowTrafficPolicyInterface::cachePoliciesState() {
+   for ( auto const & [intf, policyName] : intfConfig()->intf() ) {
       interfaceState( policyName ).configuredIntfIs( intf.string(), true );
    }
    ShowTrafficPolicyBase::cachePoliciesState();
 }
 
 // Every interface is a binding of its own: no layer-3 status is asked.
-void
-ShowTrafficPolicyInterface::cacheIntfStatus(
+void ShowTrafficPolicyInterface::cacheIntfStatus(
    Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & policyMapStatus ) {
    trace.write( 8, "virtual void TrafficPolicyCli::ShowTrafficPolicyInterface::cacheIntfStatus("
                    "const PtrConst&)" );
    PolicyStateInterface & state = interfaceState( policyMapStatus->name() );
-   for( auto const & [ intf, intfStatus ] : policyMapStatus->intfStatus() ) {
+   for ( auto const & [intf, intfStatus] : policyMapStatus->intfStatus() ) {
       auto const set = interfaceStatusFactory();
       set->intfStatusIs( intfStatus );
       state.interfaceStatusIs( intf.string(), set );
    }
 }
 
-void
-ShowTrafficPolicyInterface::cacheInstalledState(
+void ShowTrafficPolicyInterface::cacheInstalledState(
    Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & policyMapStatus,
    PolicyMap::ClassMapMatchOption matchOption ) {
    trace.write( 8,
@@ -69,8 +66,7 @@ ShowTrafficPolicyInterface::cacheInstalledState(
       interfaceState( policyMapStatus->name() ), matchOption );
 }
 
-void
-ShowTrafficPolicyInterface::cacheInstallError(
+void ShowTrafficPolicyInterface::cacheInstallError(
    Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & policyMapStatus,
    PolicyMap::ClassMapMatchOption matchOption ) {
    trace.write( 8,
@@ -81,16 +77,14 @@ ShowTrafficPolicyInterface::cacheInstallError(
       interfaceState( policyMapStatus->name() ), matchOption );
 }
 
-void
-ShowTrafficPolicyInterface::renderTrafficPolicy( unsigned fd, unsigned format, unsigned ) {
+void ShowTrafficPolicyInterface::renderTrafficPolicy( unsigned fd, unsigned format, unsigned ) {
    renderPolicies< InterfaceBinding >(
       fd, format, { policyState(), policyName() },
       { .errors = errors(), .countersPerInterface = countersPerInterface(), .allVrfs = false } );
 }
 
-void
-ShowTrafficPolicyInterface::renderCountPerInterface( wendo::RendererV2 * renderer ) {
-   if( policyParamStatus() ) {
+void ShowTrafficPolicyInterface::renderCountPerInterface( wendo::RendererV2 * renderer ) {
+   if ( policyParamStatus() ) {
       renderCounterGranularity( *renderer, policyParamStatus()->ingressCounterGranularity() );
    }
 }
@@ -102,10 +96,9 @@ Vorn::Ptr< ShowTrafficPolicyInterface > showTrafficPolicyInterfaceFactory(
    bool errors, bool detail, bool counters, bool countersPerInterface,
    Vorn::Ptr< PolicyMap::IntfConfig const > const & intfConfig,
    Vorn::Ptr< TrafficPolicy::TrafficPolicyIntfParamStatus const > const & policyParamStatus ) {
-   return Vorn::create< ShowTrafficPolicyInterface >( config, status, counter, policyName, summary,
-                                                      errors, detail, counters,
-                                                      countersPerInterface, intfConfig,
-                                                      policyParamStatus );
+   return Vorn::create< ShowTrafficPolicyInterface >(
+      config, status, counter, policyName, summary, errors, detail, counters, countersPerInterface,
+      intfConfig, policyParamStatus );
 }
 
 } // namespace TrafficPolicyCli

@@ -28,14 +28,13 @@ class ShowTrafficPolicyInterface : public ShowTrafficPolicyBase {
    void cachePoliciesState() override;
    void cacheIntfStatus(
       Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & policyMapStatus ) override;
-   void
-   cacheInstalledState( Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & policyMapStatus,
-                        PolicyMap::ClassMapMatchOption matchOption ) override;
+   void cacheInstalledState( Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & policyMapStatus,
+                             PolicyMap::ClassMapMatchOption matchOption ) override;
    void cacheInstallError( Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & policyMapStatus,
                            PolicyMap::ClassMapMatchOption matchOption ) override;
    Vorn::Ptr< PolicyState > getOrCreatePolicyState( Vorn::String policyName ) override;
 
- private:
+private:
    PolicyStateInterface & interfaceState( Vorn::String const & policyName );
 };
 

@@ -23,34 +23,28 @@ struct CpuBinding {
    // By name, the statuses of the binding's interfaces.
    static auto const & statuses( State const & state ) { return state.vrfIntfStatus(); }
    // Null where there is no list for the family.
-   static Names const *
-   applied( State const & state, ClassMapMatchOption option ) {
+   static Names const * applied( State const & state, ClassMapMatchOption option ) {
       PerAfVrfList const * list = state.appliedVrf( option );
       return list ? &list->vrfList() : nullptr;
    }
-   static Names const *
-   failed( State const & state, ClassMapMatchOption option ) {
+   static Names const * failed( State const & state, ClassMapMatchOption option ) {
       PerAfVrfList const * list = state.failedVrf( option );
       return list ? &list->vrfList() : nullptr;
    }
    static bool anyFailed( State const & state ) { return !state.failedVrf().empty(); }
-   static Texts const *
-   errors( State const & state, ClassMapMatchOption option ) {
+   static Texts const * errors( State const & state, ClassMapMatchOption option ) {
       InstallError const * errors = state.installErrorColl( option );
       return errors ? &errors->vrfError() : nullptr;
    }
 
-   static void
-   appliedIs( State & state, ClassMapMatchOption option, Name const & vrf ) {
+   static void appliedIs( State & state, ClassMapMatchOption option, Name const & vrf ) {
       state.appliedVrfIs( option )->vrfListIs( vrf, true );
    }
-   static void
-   failedIs( State & state, ClassMapMatchOption option, Name const & vrf ) {
+   static void failedIs( State & state, ClassMapMatchOption option, Name const & vrf ) {
       state.failedVrfIs( option )->vrfListIs( vrf, true );
    }
-   static void
-   errorIs( State & state, ClassMapMatchOption option, Name const & vrf,
-            Vorn::String const & text ) {
+   static void errorIs( State & state, ClassMapMatchOption option, Name const & vrf,
+                        Vorn::String const & text ) {
       state.installErrorCollIs( option )->vrfErrorIs( vrf, text );
    }
 };
@@ -66,34 +60,28 @@ struct InterfaceBinding {
 
    static Names const & configured( State const & state ) { return state.configuredIntf(); }
    static auto const & statuses( State const & state ) { return state.interfaceStatus(); }
-   static Names const *
-   applied( State const & state, ClassMapMatchOption option ) {
+   static Names const * applied( State const & state, ClassMapMatchOption option ) {
       PerAfIntfList const * list = state.appliedIntf( option );
       return list ? &list->intfList() : nullptr;
    }
-   static Names const *
-   failed( State const & state, ClassMapMatchOption option ) {
+   static Names const * failed( State const & state, ClassMapMatchOption option ) {
       PerAfIntfList const * list = state.failedIntf( option );
       return list ? &list->intfList() : nullptr;
    }
    static bool anyFailed( State const & state ) { return !state.failedIntf().empty(); }
-   static Texts const *
-   errors( State const & state, ClassMapMatchOption option ) {
+   static Texts const * errors( State const & state, ClassMapMatchOption option ) {
       InterfaceInstallError const * errors = state.installErrorColl( option );
       return errors ? &errors->intfError() : nullptr;
    }
 
-   static void
-   appliedIs( State & state, ClassMapMatchOption option, Name const & intf ) {
+   static void appliedIs( State & state, ClassMapMatchOption option, Name const & intf ) {
       state.appliedIntfIs( option )->intfListIs( intf, true );
    }
-   static void
-   failedIs( State & state, ClassMapMatchOption option, Name const & intf ) {
+   static void failedIs( State & state, ClassMapMatchOption option, Name const & intf ) {
       state.failedIntfIs( option )->intfListIs( intf, true );
    }
-   static void
-   errorIs( State & state, ClassMapMatchOption option, Name const & intf,
-            Vorn::String const & text ) {
+   static void errorIs( State & state, ClassMapMatchOption option, Name const & intf,
+                        Vorn::String const & text ) {
       state.installErrorCollIs( option )->intfErrorIs( intf, text );
    }
 };

@@ -9,18 +9,15 @@ VORN_TYPE( PerAfIntfList )
 VORN_TYPE( InstallError )
 VORN_TYPE( InterfaceInstallError )
 
-Vorn::Ptr< PerAfVrfList >
-perAfVrfListFactory( PolicyMap::ClassMapMatchOption matchOption ) {
+Vorn::Ptr< PerAfVrfList > perAfVrfListFactory( PolicyMap::ClassMapMatchOption matchOption ) {
    return Vorn::create< PerAfVrfList >( matchOption );
 }
 
-Vorn::Ptr< PerAfIntfList >
-perAfIntfListFactory( PolicyMap::ClassMapMatchOption matchOption ) {
+Vorn::Ptr< PerAfIntfList > perAfIntfListFactory( PolicyMap::ClassMapMatchOption matchOption ) {
    return Vorn::create< PerAfIntfList >( matchOption );
 }
 
-Vorn::Ptr< InstallError >
-installErrorFactory( PolicyMap::ClassMapMatchOption matchOption ) {
+Vorn::Ptr< InstallError > installErrorFactory( PolicyMap::ClassMapMatchOption matchOption ) {
    return Vorn::create< InstallError >( matchOption );
 }
 

@@ -1,5 +1,6 @@
 // Where a policy is installed and where that failed, for one address family: VRF lists for the CPU
-// side, interface lists for the interface side. The keys are ordered, because the views list them so.
+// side, interface lists for the interface side. The keys are ordered, because the views list them
+// so.
 
 #pragma once
 
@@ -12,7 +13,8 @@ namespace TrafficPolicyCli {
 class PerAfVrfList : public Vorn::PtrInterface {
    VORN_ENTITY( PerAfVrfList, Vorn::PtrInterface )
 
-   explicit PerAfVrfList( PolicyMap::ClassMapMatchOption option ) : matchOption_( option ) {}
+   explicit PerAfVrfList( PolicyMap::ClassMapMatchOption option )
+      : matchOption_( option ) {}
 
    VORN_INPUT( PolicyMap::ClassMapMatchOption, matchOption )
    VORN_ORDERED_MAP( L3::VrfName, bool, vrfList ) // membership; stored true
@@ -21,7 +23,8 @@ class PerAfVrfList : public Vorn::PtrInterface {
 class PerAfIntfList : public Vorn::PtrInterface {
    VORN_ENTITY( PerAfIntfList, Vorn::PtrInterface )
 
-   explicit PerAfIntfList( PolicyMap::ClassMapMatchOption option ) : matchOption_( option ) {}
+   explicit PerAfIntfList( PolicyMap::ClassMapMatchOption option )
+      : matchOption_( option ) {}
 
    VORN_INPUT( PolicyMap::ClassMapMatchOption, matchOption )
    VORN_ORDERED_MAP( Vorn::String, bool, intfList ) // membership; stored true
@@ -30,7 +33,8 @@ class PerAfIntfList : public Vorn::PtrInterface {
 class InstallError : public Vorn::PtrInterface {
    VORN_ENTITY( InstallError, Vorn::PtrInterface )
 
-   explicit InstallError( PolicyMap::ClassMapMatchOption option ) : matchOption_( option ) {}
+   explicit InstallError( PolicyMap::ClassMapMatchOption option )
+      : matchOption_( option ) {}
 
    VORN_INPUT( PolicyMap::ClassMapMatchOption, matchOption )
    VORN_ORDERED_MAP( L3::VrfName, Vorn::String, vrfError ) // the error text per VRF
@@ -40,7 +44,7 @@ class InterfaceInstallError : public Vorn::PtrInterface {
    VORN_ENTITY( InterfaceInstallError, Vorn::PtrInterface )
 
    explicit InterfaceInstallError( PolicyMap::ClassMapMatchOption option )
-       : matchOption_( option ) {}
+      : matchOption_( option ) {}
 
    VORN_INPUT( PolicyMap::ClassMapMatchOption, matchOption )
    VORN_ORDERED_MAP( Vorn::String, Vorn::String, intfError ) // the error text per interface

@@ -14,36 +14,33 @@ namespace {
 using PolicyMap::InstalledStatus;
 
 // An interface that has no entry for the family yet counts as code 0 without a text.
-InstalledStatus
-installedStatus( PolicyMap::IntfStatus const & intf, PolicyMap::ClassMapMatchOption option ) {
+InstalledStatus installedStatus( PolicyMap::IntfStatus const & intf,
+                                 PolicyMap::ClassMapMatchOption option ) {
    InstalledStatus const * status = intf.installed( option );
    return status ? *status : InstalledStatus();
 }
 
 } // namespace
 
-bool
-InterfaceStatus::isProgrammed( PolicyMap::ClassMapMatchOption option ) const {
-   return !intfStatus().empty() &&
-          std::all_of( intfStatus().begin(), intfStatus().end(), [ & ]( auto const & intf ) {
-             return installedStatus( *intf, option ).status == InstalledStatus::programmed;
-          } );
+bool InterfaceStatus::isProgrammed( PolicyMap::ClassMapMatchOption option ) const {
+   return !intfStatus().empty()
+          && std::all_of( intfStatus().begin(), intfStatus().end(), [&]( auto const & intf ) {
+                return installedStatus( *intf, option ).status == InstalledStatus::programmed;
+             } );
 }
 
-bool
-InterfaceStatus::isFailed( PolicyMap::ClassMapMatchOption option ) const {
-   return std::any_of( intfStatus().begin(), intfStatus().end(), [ & ]( auto const & intf ) {
+bool InterfaceStatus::isFailed( PolicyMap::ClassMapMatchOption option ) const {
+   return std::any_of( intfStatus().begin(), intfStatus().end(), [&]( auto const & intf ) {
       return installedStatus( *intf, option ).status == InstalledStatus::failed;
    } );
 }
 
-Vorn::String
-getInstalledErrorString( InterfaceStatus const * interfaceStatus,
-                         PolicyMap::ClassMapMatchOption option ) {
-   if( interfaceStatus ) {
-      for( auto const & intf : interfaceStatus->intfStatus() ) {
+Vorn::String getInstalledErrorString( InterfaceStatus const * interfaceStatus,
+                                      PolicyMap::ClassMapMatchOption option ) {
+   if ( interfaceStatus ) {
+      for ( auto const & intf : interfaceStatus->intfStatus() ) {
          InstalledStatus const installed = installedStatus( *intf, option );
-         if( installed.status != InstalledStatus::programmed ) {
+         if ( installed.status != InstalledStatus::programmed ) {
             return installed.error;
          }
       }
@@ -51,13 +48,11 @@ getInstalledErrorString( InterfaceStatus const * interfaceStatus,
    return {};
 }
 
-Vorn::Ptr< InterfaceStatus >
-interfaceStatusFactory() {
+Vorn::Ptr< InterfaceStatus > interfaceStatusFactory() {
    return Vorn::create< InterfaceStatus >();
 }
 
-Vorn::Ptr< VrfIntfStatus >
-vrfIntfStatusFactory( L3::VrfName vrfName ) {
+Vorn::Ptr< VrfIntfStatus > vrfIntfStatusFactory( L3::VrfName vrfName ) {
    return Vorn::create< VrfIntfStatus >( vrfName );
 }
 

@@ -25,7 +25,8 @@ class InterfaceStatus : public Vorn::PtrInterface {
 class VrfIntfStatus : public InterfaceStatus {
    VORN_ENTITY( VrfIntfStatus, InterfaceStatus )
 
-   explicit VrfIntfStatus( L3::VrfName const & vrf ) : vrfName_( vrf ) {}
+   explicit VrfIntfStatus( L3::VrfName const & vrf )
+      : vrfName_( vrf ) {}
 
    VORN_INPUT( L3::VrfName, vrfName )
 };

@@ -6,8 +6,7 @@ namespace TrafficPolicyCli {
 
 VORN_TYPE( PolicyState )
 
-Vorn::Ptr< PolicyState >
-policyStateFactory( Vorn::String name ) {
+Vorn::Ptr< PolicyState > policyStateFactory( Vorn::String name ) {
    return Vorn::create< PolicyState >( name );
 }
 

@@ -15,7 +15,8 @@ namespace TrafficPolicyCli {
 class PolicyState : public Vorn::PtrInterface {
    VORN_ENTITY( PolicyState, Vorn::PtrInterface )
 
-   explicit PolicyState( Vorn::String const & policyName ) : name_( policyName ) {}
+   explicit PolicyState( Vorn::String const & policyName )
+      : name_( policyName ) {}
 
    VORN_INPUT( Vorn::String, name )
 
@@ -31,8 +32,7 @@ class PolicyState : public Vorn::PtrInterface {
    VORN_ARRAY( Vorn::Ptr< PolicyMap::ClassMapStatus const >, classMapStatus )
    VORN_SCALAR( uint32_t, ruleCount )
    // Adds n and returns the new count.
-   uint32_t
-   ruleCountInc( unsigned n ) {
+   uint32_t ruleCountInc( unsigned n ) {
       ruleCountIs( ruleCount() + n );
       return ruleCount();
    }

@@ -6,8 +6,7 @@ namespace TrafficPolicyCli {
 
 VORN_TYPE( PolicyStateCpu )
 
-Vorn::Ptr< PolicyStateCpu >
-policyStateCpuFactory( Vorn::String name ) {
+Vorn::Ptr< PolicyStateCpu > policyStateCpuFactory( Vorn::String name ) {
    return Vorn::create< PolicyStateCpu >( name );
 }
 

@@ -6,8 +6,7 @@ namespace TrafficPolicyCli {
 
 VORN_TYPE( PolicyStateInterface )
 
-Vorn::Ptr< PolicyStateInterface >
-policyStateInterfaceFactory( Vorn::String name ) {
+Vorn::Ptr< PolicyStateInterface > policyStateInterfaceFactory( Vorn::String name ) {
    return Vorn::create< PolicyStateInterface >( name );
 }
 

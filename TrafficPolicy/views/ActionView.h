@@ -11,16 +11,16 @@ namespace TrafficPolicyCli {
 // Writes the actions of one policy's rules. Rules are expected in about the configuration's order;
 // any order is right. Refers to the renderer and the policy's records; must not outlive them.
 class ActionWriter {
- public:
+public:
    // showBytes adds byte counts beside the packet counts of named counters.
    ActionWriter( wendo::RendererV2 & renderer, PolicyState const & policyState, bool showBytes );
 
    // The actions of this class, by ascending type; nothing for a class without any. The text block
    // starts at the column.
-   void renderActions( Vorn::String const & className, PolicyMap::ClassMapStatus const & classStatus,
-                       unsigned indent );
+   void renderActions( Vorn::String const & className,
+                       PolicyMap::ClassMapStatus const & classStatus, unsigned indent );
 
- private:
+private:
    using ClassActions = Vorn::HashMap< Vorn::String, Vorn::Ptr< PolicyMap::ClassAction const > >;
 
    void renderAction( PolicyMap::ActionType type, PolicyMap::Action const * action,

@@ -48,12 +48,12 @@ static_assert( cliMap.size() == 18 );
 // A label with its key looked up. Made at compile time wherever the label is known then; a label
 // that is not in the map does not compile there, and fails an assertion elsewhere.
 class CliLabel {
- public:
-   constexpr explicit CliLabel( std::string_view label ) : CliLabel( label, label, "" ) {}
+public:
+   constexpr explicit CliLabel( std::string_view label )
+      : CliLabel( label, label, "" ) {}
 
    // The label of the same condition by field-sets: another key under the same text.
-   static constexpr CliLabel
-   fieldSet( std::string_view label ) {
+   static constexpr CliLabel fieldSet( std::string_view label ) {
       return CliLabel( label, label, " field-set" );
    }
 
@@ -62,16 +62,16 @@ class CliLabel {
    // Columns that the text takes with the ": " behind it.
    constexpr unsigned width() const { return static_cast< unsigned >( text_.size() ) + 2; }
 
- private:
+private:
    constexpr CliLabel( std::string_view text, std::string_view label, std::string_view suffix )
-       : text_( text ), key_( keyOf( label, suffix ) ) {}
+      : text_( text )
+      , key_( keyOf( label, suffix ) ) {}
 
-   static constexpr wendo::JsonKey
-   keyOf( std::string_view label, std::string_view suffix ) {
+   static constexpr wendo::JsonKey keyOf( std::string_view label, std::string_view suffix ) {
       std::string_view const * jsonName = nullptr;
-      for( CliMapEntry const & entry : cliMap ) {
-         if( entry.label.size() == label.size() + suffix.size() &&
-             entry.label.starts_with( label ) && entry.label.ends_with( suffix ) ) {
+      for ( CliMapEntry const & entry : cliMap ) {
+         if ( entry.label.size() == label.size() + suffix.size() && entry.label.starts_with( label )
+              && entry.label.ends_with( suffix ) ) {
             jsonName = &entry.jsonName;
          }
       }

@@ -11,19 +11,20 @@ namespace wendo {
 
 // Holds `"name":` in a fixed number of bytes, so that writing it is one copy of known size.
 class JsonKey {
- public:
+public:
    static constexpr size_t room = 32;
 
    // A name without anything to escape; an empty one stands for a bare list element.
-   constexpr explicit JsonKey( std::string_view name ) : empty_( name.empty() ) {
+   constexpr explicit JsonKey( std::string_view name )
+      : empty_( name.empty() ) {
       VORN_ASSERT( name.size() + 3 <= room );
-      text_[ size_++ ] = '"';
-      for( char const c : name ) {
+      text_[size_++] = '"';
+      for ( char const c : name ) {
          VORN_ASSERT( c >= 0x20 && c < 0x7f && c != '"' && c != '\\' );
-         text_[ size_++ ] = c;
+         text_[size_++] = c;
       }
-      text_[ size_++ ] = '"';
-      text_[ size_++ ] = ':';
+      text_[size_++] = '"';
+      text_[size_++] = ':';
    }
 
    constexpr bool empty() const { return empty_; }
@@ -31,8 +32,8 @@ class JsonKey {
    constexpr char const * text() const { return text_; }
    constexpr size_t size() const { return size_; }
 
- private:
-   char text_[ room ] = {};
+private:
+   char text_[room] = {};
    unsigned char size_ = 0;
    bool empty_;
 };

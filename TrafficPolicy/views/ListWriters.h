@@ -1,7 +1,7 @@
 // The list writers of match conditions: prefixes, field-sets and ranges, each in ascending order.
 //
-// In text a list begins with its label; further values stand on lines of their own, in the column of
-// the first.
+// In text a list begins with its label; further values stand on lines of their own, in the column
+// of the first.
 
 #pragma once
 
@@ -22,26 +22,26 @@ std::string_view numericalValueToStrFor( CliLabel const & label, uint32_t value,
 
 // The beginnings of a list's text lines.
 class ListLines {
- public:
+public:
    // Writes the indent and the label.
    ListLines( wendo::RendererV2 & renderer, CliLabel const & label, unsigned indent )
-       : renderer_( renderer ), column_( indent + label.width() ) {
-      if( renderer.isText() ) {
+      : renderer_( renderer )
+      , column_( indent + label.width() ) {
+      if ( renderer.isText() ) {
          renderer.writeString( wendo::indentation( indent ) );
          renderer.writeString( label.text() );
          renderer.writeString( ": " );
       }
    }
    // Before each value, in text: the first stands behind the label, others under it.
-   void
-   next() {
-      if( !first_ ) {
+   void next() {
+      if ( !first_ ) {
          renderer_.writeString( wendo::indentation( column_ ) );
       }
       first_ = false;
    }
 
- private:
+private:
    wendo::RendererV2 & renderer_;
    unsigned column_;
    bool first_ = true;
@@ -55,14 +55,13 @@ void traceList( std::string_view signature, CliLabel const & label );
 
 // A list whose elements are written by one call each.
 template< typename Element, typename Writer >
-void
-renderSorted( wendo::RendererV2 & renderer, CliLabel const & label, auto const & elements,
-              unsigned indent, Writer const & writer ) {
+void renderSorted( wendo::RendererV2 & renderer, CliLabel const & label, auto const & elements,
+                   unsigned indent, Writer const & writer ) {
    SortedView< Element > const sorted( elements );
    ListLines lines( renderer, label, indent );
    renderer.startJsonList( label.key() );
-   for( Element const * element : sorted ) {
-      if( renderer.isText() ) {
+   for ( Element const * element : sorted ) {
+      if ( renderer.isText() ) {
          lines.next();
       }
       writer( *element );
@@ -80,15 +79,14 @@ void renderFieldSet( wendo::RendererV2 & renderer, CliLabel const & label,
 
 // The match option is the rule's; it matters only where single values have names.
 template< typename Range >
-void
-renderNumericalRange( wendo::RendererV2 & renderer, CliLabel const & label,
-                      Vorn::HashSet< Range > const & ranges, unsigned indent,
-                      ClassMapMatchOption matchOption ) {
+void renderNumericalRange( wendo::RendererV2 & renderer, CliLabel const & label,
+                           Vorn::HashSet< Range > const & ranges, unsigned indent,
+                           ClassMapMatchOption matchOption ) {
    traceList( "void TrafficPolicyCli::renderNumericalRange", label );
-   renderSorted< Range >( renderer, label, ranges, indent, [ & ]( Range const & range ) {
-      if( renderer.isJson() ) {
+   renderSorted< Range >( renderer, label, ranges, indent, [&]( Range const & range ) {
+      if ( renderer.isJson() ) {
          renderer._addJsonRangeEntry( range.low, range.high );
-      } else if( renderer.isText() ) {
+      } else if ( renderer.isText() ) {
          writeRange( renderer, label, range, matchOption );
       }
    } );

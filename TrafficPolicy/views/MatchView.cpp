@@ -14,24 +14,23 @@ using Classification::StructuredFilter;
 using wendo::JsonKey;
 using wendo::RendererV2;
 
-void
-renderAddresses( RendererV2 & renderer, StructuredFilter const * structuredFilter,
-                 unsigned indent ) {
+void renderAddresses( RendererV2 & renderer, StructuredFilter const * structuredFilter,
+                      unsigned indent ) {
    static constexpr CliLabel source( "Source prefix" );
    static constexpr CliLabel sourceSet = CliLabel::fieldSet( "Source prefix" );
    static constexpr CliLabel destination( "Destination prefix" );
    static constexpr CliLabel destinationSet = CliLabel::fieldSet( "Destination prefix" );
-   if( structuredFilter->sources() ) {
+   if ( structuredFilter->sources() ) {
       VORN_ASSERT( !structuredFilter->srcPrefixSets() );
       renderPrefixSet( renderer, source, structuredFilter->sources(), indent );
-   } else if( structuredFilter->srcPrefixSets() ) {
+   } else if ( structuredFilter->srcPrefixSets() ) {
       VORN_ASSERT( !structuredFilter->sources() );
       renderFieldSet( renderer, sourceSet, structuredFilter->srcPrefixSets(), indent );
    }
-   if( structuredFilter->destinations() ) {
+   if ( structuredFilter->destinations() ) {
       VORN_ASSERT( !structuredFilter->dstPrefixSets() );
       renderPrefixSet( renderer, destination, structuredFilter->destinations(), indent );
-   } else if( structuredFilter->dstPrefixSets() ) {
+   } else if ( structuredFilter->dstPrefixSets() ) {
       VORN_ASSERT( !structuredFilter->destinations() );
       renderFieldSet( renderer, destinationSet, structuredFilter->dstPrefixSets(), indent );
    }
@@ -39,10 +38,9 @@ renderAddresses( RendererV2 & renderer, StructuredFilter const * structuredFilte
 
 // A condition that is one line of text and one member.
 template< typename Value >
-void
-renderFlag( RendererV2 & renderer, std::string_view line, JsonKey const & key, Value const & value,
-            unsigned indent ) {
-   if( renderer.isText() ) {
+void renderFlag( RendererV2 & renderer, std::string_view line, JsonKey const & key,
+                 Value const & value, unsigned indent ) {
+   if ( renderer.isText() ) {
       renderer.writeString( wendo::indentation( indent ) );
       renderer.writeString( line );
       renderer.eol();
@@ -50,17 +48,16 @@ renderFlag( RendererV2 & renderer, std::string_view line, JsonKey const & key, V
    renderer.addJsonKeyValuePair( key, value );
 }
 
-void
-renderFragment( RendererV2 & renderer, Classification::Fragment const & fragment, unsigned indent,
-                ClassMapMatchOption matchOption ) {
+void renderFragment( RendererV2 & renderer, Classification::Fragment const & fragment,
+                     unsigned indent, ClassMapMatchOption matchOption ) {
    static constexpr JsonKey object( "fragment" );
    static constexpr JsonKey matchAllFragments( "matchAllFragments" );
    static constexpr CliLabel offset( "Fragment: offset" );
-   if( fragment.fragmentType() == FragmentType::all ) {
+   if ( fragment.fragmentType() == FragmentType::all ) {
       renderer.startJsonObject( object );
       renderFlag( renderer, "Fragment: all", matchAllFragments, true, indent );
       renderer.endJsonDict();
-   } else if( fragment.fragmentType() == FragmentType::offset && fragment.offset() ) {
+   } else if ( fragment.fragmentType() == FragmentType::offset && fragment.offset() ) {
       renderer.startJsonObject( object );
       renderNumericalRange( renderer, offset, fragment.offset(), indent, matchOption );
       renderer.endJsonDict();
@@ -69,9 +66,8 @@ renderFragment( RendererV2 & renderer, Classification::Fragment const & fragment
 
 } // namespace
 
-void
-renderMatches( RendererV2 & renderer, PolicyState const & policyState,
-               PolicyMap::ClassMapMatch const & classMapMatch, unsigned indent ) {
+void renderMatches( RendererV2 & renderer, PolicyState const & policyState,
+                    PolicyMap::ClassMapMatch const & classMapMatch, unsigned indent ) {
    static constexpr JsonKey matches( "matches" );
    static constexpr JsonKey neighborProtocol( "neighborProtocol" );
    static constexpr JsonKey matchL4Protocol( "matchL4Protocol" );
@@ -82,35 +78,35 @@ renderMatches( RendererV2 & renderer, PolicyState const & policyState,
    static constexpr std::string_view bgp( "bgp" );
 
    StructuredFilter const * filter = classMapMatch.structuredFilter().get();
-   if( !filter ) {
+   if ( !filter ) {
       trace.write( 7, "void TrafficPolicyCli::renderMatches structured filter not found" );
       return;
    }
    ClassMapMatchOption const option = classMapMatch.matchOption();
    renderer.startJsonObject( matches );
    renderAddresses( renderer, filter, indent );
-   if( filter->protocols() ) {
+   if ( filter->protocols() ) {
       renderProtocol( renderer, *filter, indent, policyState.indentCountPerLevel(), option );
    }
-   if( filter->length() ) {
+   if ( filter->length() ) {
       renderNumericalRange( renderer, ipLength, filter->length(), indent, option );
    }
-   if( filter->fragment() ) {
+   if ( filter->fragment() ) {
       renderFragment( renderer, *filter->fragment(), indent, option );
    }
-   if( filter->dscp() ) {
+   if ( filter->dscp() ) {
       renderNumericalRange( renderer, dscp, filter->dscp(), indent, option );
    }
-   if( filter->ttl() ) {
+   if ( filter->ttl() ) {
       renderNumericalRange( renderer, ttl, filter->ttl(), indent, option );
    }
-   if( filter->neighborProtocol() == RoutingProtocol::bgp ) {
+   if ( filter->neighborProtocol() == RoutingProtocol::bgp ) {
       renderFlag( renderer, "protocol neighbors bgp", neighborProtocol, bgp, indent );
    }
-   if( filter->matchL4Protocol() == RoutingProtocol::bgp ) {
+   if ( filter->matchL4Protocol() == RoutingProtocol::bgp ) {
       renderFlag( renderer, "protocol bgp", matchL4Protocol, bgp, indent );
    }
-   if( filter->matchIpOptions() ) {
+   if ( filter->matchIpOptions() ) {
       renderFlag( renderer, "IP options: all", matchIpOptions, true, indent );
    }
    renderer.endJsonDict();

@@ -2,19 +2,18 @@
 
 namespace TrafficPolicyCli {
 
-void
-renderNamedCounter( wendo::RendererV2 & renderer, PolicyState const & policyState ) {
+void renderNamedCounter( wendo::RendererV2 & renderer, PolicyState const & policyState ) {
    static constexpr wendo::JsonKey namedCounters( "namedCounters" );
    static constexpr unsigned indent = 6;
-   if( !policyState.namedCounter() ) {
+   if ( !policyState.namedCounter() ) {
       return;
    }
    renderer.startJsonList( namedCounters );
-   if( renderer.isText() ) {
+   if ( renderer.isText() ) {
       renderer.writeString( wendo::indentation( indent ) );
       renderer.writeString( "counter" );
    }
-   for( auto const & [ name, declared ] : policyState.namedCounter() ) {
+   for ( auto const & [name, declared] : policyState.namedCounter() ) {
       renderer.addJsonKeyValuePair( wendo::listElement, name );
       renderer.addText( " ", name );
    }

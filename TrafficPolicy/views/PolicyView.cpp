@@ -30,23 +30,22 @@ constexpr char undefinedCounterWarning[] =
 // Text cuts a list that has more names than shown, JSON has them all. A list that does not exist is
 // an empty one.
 template< typename Binding >
-void
-renderListEntry( RendererV2 & renderer, ListLabel const & label,
-                 typename Binding::Names const * names, bool showAll ) {
+void renderListEntry( RendererV2 & renderer, ListLabel const & label,
+                      typename Binding::Names const * names, bool showAll ) {
    renderer.startJsonList( label.key );
-   if( renderer.isText() ) {
+   if ( renderer.isText() ) {
       renderer.writeString( indentation( listIndent ) );
       renderer.writeString( label.text );
    }
-   if( names ) {
+   if ( names ) {
       size_t count = 0;
-      for( auto const & [ name, member ] : *names ) {
+      for ( auto const & [name, member] : *names ) {
          renderer.addJsonKeyValuePair( wendo::listElement, Binding::string( name ) );
          ++count;
-         if( count <= namesShown || showAll ) {
+         if ( count <= namesShown || showAll ) {
             renderer.addFrill( Binding::string( name ).view() );
             renderer.addFrill( count < names->size() ? ", " : "" );
-         } else if( count == namesShown + 1 ) {
+         } else if ( count == namesShown + 1 ) {
             renderer.addFrill( "..." );
          }
       }
@@ -58,23 +57,22 @@ renderListEntry( RendererV2 & renderer, ListLabel const & label,
 // One line per binding that failed: its name and the error text. Nothing for a family without
 // failures, not even the JSON key.
 template< typename Binding >
-void
-renderInstallErrors( RendererV2 & renderer, JsonKey const & key,
-                     typename Binding::State const & state, ClassMapMatchOption option,
-                     unsigned indent ) {
+void renderInstallErrors( RendererV2 & renderer, JsonKey const & key,
+                          typename Binding::State const & state, ClassMapMatchOption option,
+                          unsigned indent ) {
    trace.write( 8, "", policyViewLabels< Binding >.errorsSignature,
                 std::string_view( key.text() + 1, key.size() - 3 ), ", ", option );
    auto const * errors = Binding::errors( state, option );
-   if( !errors ) {
+   if ( !errors ) {
       trace.write( 8, "No installation errors to render" );
       return;
    }
    renderer.startJsonList( key );
-   for( auto const & [ name, text ] : *errors ) {
+   for ( auto const & [name, text] : *errors ) {
       std::string line( Binding::string( name ).view() );
       line.append( " (" ).append( text.view() ).append( ")" );
       renderer.addJsonKeyValuePair( wendo::listElement, std::string_view( line ) );
-      if( renderer.isText() ) {
+      if ( renderer.isText() ) {
          renderer.writeString( indentation( indent ) );
          renderer.writeString( std::string_view( line ) );
       }
@@ -83,9 +81,8 @@ renderInstallErrors( RendererV2 & renderer, JsonKey const & key,
    renderer.endJsonList();
 }
 
-void
-renderRulesModel( RendererV2 & renderer, unsigned ruleCount ) {
-   if( renderer.isText() ) {
+void renderRulesModel( RendererV2 & renderer, unsigned ruleCount ) {
+   if ( renderer.isText() ) {
       renderer.writeString( indentation( listIndent ) );
       renderer._addText( "Total number of rules configured: ", ruleCount );
       renderer.eol();
@@ -93,11 +90,10 @@ renderRulesModel( RendererV2 & renderer, unsigned ruleCount ) {
 }
 
 template< typename Binding >
-void
-renderErrorsModel( RendererV2 & renderer, typename Binding::State const & state ) {
+void renderErrorsModel( RendererV2 & renderer, typename Binding::State const & state ) {
    auto const * policyState = &state;
    VORN_ASSERT( !policyState->detail() );
-   for( FamilyLabels const & family : policyViewLabels< Binding >.families ) {
+   for ( FamilyLabels const & family : policyViewLabels< Binding >.families ) {
       renderListEntry< Binding >( renderer, family.failed, Binding::failed( state, family.option ),
                                   state.detail() );
       renderInstallErrors< Binding >( renderer, family.errors, state, family.option,
@@ -106,28 +102,26 @@ renderErrorsModel( RendererV2 & renderer, typename Binding::State const & state 
 }
 
 template< typename Binding >
-void
-renderNormalModel( RendererV2 & renderer, typename Binding::State const & state ) {
+void renderNormalModel( RendererV2 & renderer, typename Binding::State const & state ) {
    auto const & labels = policyViewLabels< Binding >;
    renderListEntry< Binding >( renderer, labels.configured, &Binding::configured( state ),
                                state.detail() );
-   for( FamilyLabels const & family : labels.families ) {
-      renderListEntry< Binding >( renderer, family.applied, Binding::applied( state, family.option ),
-                                  state.detail() );
+   for ( FamilyLabels const & family : labels.families ) {
+      renderListEntry< Binding >( renderer, family.applied,
+                                  Binding::applied( state, family.option ), state.detail() );
    }
    renderRulesModel( renderer, state.ruleCount() );
 }
 
-void
-renderRuleSummary( RendererV2 & renderer, Vorn::String const & ruleName,
-                   ClassMapMatchOption option ) {
+void renderRuleSummary( RendererV2 & renderer, Vorn::String const & ruleName,
+                        ClassMapMatchOption option ) {
    static constexpr JsonKey ruleString( "ruleString" );
    static constexpr JsonKey matchOption( "matchOption" );
-   if( renderer.isJson() ) {
+   if ( renderer.isJson() ) {
       renderer._addJsonKeyValuePair( ruleString, ruleName );
       renderer._addJsonKeyValuePair( matchOption, PolicyMap::matchOptionName( option ) );
    }
-   if( renderer.isText() ) {
+   if ( renderer.isText() ) {
       renderer.writeString( indentation( ruleIndent ) );
       renderer.writeString( "match " );
       renderer.writeString( ruleName );
@@ -137,18 +131,17 @@ renderRuleSummary( RendererV2 & renderer, Vorn::String const & ruleName,
    }
 }
 
-void
-renderRules( RendererV2 & renderer, PolicyState const & state, bool countersPerInterface ) {
+void renderRules( RendererV2 & renderer, PolicyState const & state, bool countersPerInterface ) {
    static constexpr JsonKey rules( "rules" );
    unsigned const detailIndent = state.indentCountPerLevel() + 6;
    ActionWriter actions( renderer, state, countersPerInterface );
    renderer.startJsonList( rules );
-   for( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
+   for ( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
       PolicyMap::ClassMapMatch const & match = *state.classMapConfig( rule );
       PolicyMap::ClassMapStatus const & status = *state.classMapStatus( rule );
       renderer.startJsonListEntry();
       renderRuleSummary( renderer, status.name(), match.matchOption() );
-      if( !state.summary() ) {
+      if ( !state.summary() ) {
          trace.write( 8, "Rendering detailed view of the rule ", status.name() );
          renderMatches( renderer, state, match, detailIndent );
          actions.renderActions( status.name(), status, detailIndent );
@@ -159,15 +152,14 @@ renderRules( RendererV2 & renderer, PolicyState const & state, bool countersPerI
 }
 
 template< typename Binding >
-void
-renderPolicy( RendererV2 & renderer, typename Binding::State const & state,
-              bool countersPerInterface ) {
-   if( renderer.isText() ) {
+void renderPolicy( RendererV2 & renderer, typename Binding::State const & state,
+                   bool countersPerInterface ) {
+   if ( renderer.isText() ) {
       renderer._addText( "Traffic policy ", state.name() );
       renderer.eol();
    }
    renderer.startJsonObject( state.name() );
-   if( state.errors() ) {
+   if ( state.errors() ) {
       renderErrorsModel< Binding >( renderer, state );
    } else {
       renderNormalModel< Binding >( renderer, state );
@@ -180,26 +172,25 @@ renderPolicy( RendererV2 & renderer, typename Binding::State const & state,
 } // namespace
 
 template< typename Binding >
-void
-renderPolicies( unsigned fd, unsigned format, Selection const & selection,
-                PolicyViewOptions const & options ) {
+void renderPolicies( unsigned fd, unsigned format, Selection const & selection,
+                     PolicyViewOptions const & options ) {
    static constexpr JsonKey trafficPolicies( "trafficPolicies" );
    Reply reply( fd, format );
    RendererV2 & renderer = reply.renderer();
    bool anyFailed = false;
    reply.open();
    renderer.startJsonObject( trafficPolicies );
-   selection.forEach( [ & ]( PolicyState const & policyState ) {
+   selection.forEach( [&]( PolicyState const & policyState ) {
       auto const & state = static_cast< typename Binding::State const & >( policyState );
       renderPolicy< Binding >( renderer, state, options.countersPerInterface );
       anyFailed |= Binding::anyFailed( state );
-      if( state.undefinedCounter() ) {
+      if ( state.undefinedCounter() ) {
          renderer.addFrill( undefinedCounterWarning );
          renderer.eol();
       }
    } );
    renderer.endJsonDict();
-   if( !options.errors ) {
+   if ( !options.errors ) {
       renderer.addFrill( options.allVrfs ? allVrfsNote : "" );
       renderer.addFrill( anyFailed ? policyViewLabels< Binding >.failedWarning : "" );
    }

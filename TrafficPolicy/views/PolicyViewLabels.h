@@ -25,7 +25,7 @@ struct FamilyLabels {
 
 struct PolicyViewLabels {
    ListLabel configured;
-   FamilyLabels families[ 2 ]; // in output order
+   FamilyLabels families[2]; // in output order
    std::string_view failedWarning;
    std::string_view errorsSignature; // of the function that writes errors, for the trace
 };

@@ -6,8 +6,8 @@ namespace TrafficPolicyCli {
 
 namespace {
 
-using Classification::ProtoField;
 using Classification::ProtocolRange;
+using Classification::ProtoField;
 using Classification::TcpFlagAndMask;
 using wendo::JsonKey;
 using wendo::RendererV2;
@@ -16,27 +16,24 @@ constexpr CliLabel protocolLabel( "Protocol" );
 constexpr uint32_t tcp = 6; // RFC 9293
 
 using ProtocolEntry = Vorn::HashMapEntry< ProtocolRange, Vorn::Ptr< ProtoField const > >;
-using IcmpEntry =
-   Vorn::HashMapEntry< Classification::IcmpTypeRange, Vorn::Ptr< Classification::TypeAndCode const > >;
+using IcmpEntry = Vorn::HashMapEntry< Classification::IcmpTypeRange,
+                                      Vorn::Ptr< Classification::TypeAndCode const > >;
 
-bool
-hasConditions( ProtoField const & field ) {
-   return field.sport() || field.sportFieldSet() || field.dport() || field.dportFieldSet() ||
-          field.icmp() || !( field.tcpFlags() == TcpFlagAndMask() );
+bool hasConditions( ProtoField const & field ) {
+   return field.sport() || field.sportFieldSet() || field.dport() || field.dportFieldSet()
+          || field.icmp() || !( field.tcpFlags() == TcpFlagAndMask() );
 }
 
-bool
-isPlain( auto const & protocols ) {
-   for( auto const & [ range, field ] : protocols ) {
-      if( hasConditions( *field ) ) {
+bool isPlain( auto const & protocols ) {
+   for ( auto const & [range, field] : protocols ) {
+      if ( hasConditions( *field ) ) {
          return false;
       }
    }
    return true;
 }
 
-void
-renderTcpFlags( RendererV2 & renderer, TcpFlagAndMask const & tcpFlags, unsigned indent ) {
+void renderTcpFlags( RendererV2 & renderer, TcpFlagAndMask const & tcpFlags, unsigned indent ) {
    static constexpr CliLabel label( "TCP flags" );
    static constexpr JsonKey nameKey( "name" );
    static constexpr JsonKey valueKey( "value" );
@@ -48,11 +45,11 @@ renderTcpFlags( RendererV2 & renderer, TcpFlagAndMask const & tcpFlags, unsigned
 
    ListLines lines( renderer, label, indent );
    renderer.startJsonList( label.key() );
-   for( auto const & [ bit, name ] : known ) {
-      if( !( tcpFlags.flags & bit ) ) {
+   for ( auto const & [bit, name] : known ) {
+      if ( !( tcpFlags.flags & bit ) ) {
          continue;
       }
-      if( renderer.isText() ) {
+      if ( renderer.isText() ) {
          lines.next();
          renderer.writeString( name );
          renderer.writeString( ":1" );
@@ -64,40 +61,38 @@ renderTcpFlags( RendererV2 & renderer, TcpFlagAndMask const & tcpFlags, unsigned
       renderer.endJsonDict();
    }
    // The label's line ends even when no bit has a name.
-   if( !( tcpFlags.flags & ( TcpFlagAndMask::initialSyn | TcpFlagAndMask::established ) ) ) {
+   if ( !( tcpFlags.flags & ( TcpFlagAndMask::initialSyn | TcpFlagAndMask::established ) ) ) {
       renderer.eol();
    }
    renderer.endJsonList();
 }
 
-void
-renderIcmpCodes( RendererV2 & renderer, Classification::TypeAndCode const & type, unsigned indent,
-                 ClassMapMatchOption matchOption ) {
+void renderIcmpCodes( RendererV2 & renderer, Classification::TypeAndCode const & type,
+                      unsigned indent, ClassMapMatchOption matchOption ) {
    static constexpr CliLabel label( "ICMP code" );
-   if( type.icmpCode() ) {
+   if ( type.icmpCode() ) {
       renderNumericalRange( renderer, label, type.icmpCode(), indent, matchOption );
-   } else if( renderer.isText() ) {
+   } else if ( renderer.isText() ) {
       renderer.writeString( wendo::indentation( indent ) );
       renderer.writeString( "ICMP code: all" );
       renderer.eol();
    }
 }
 
-void
-renderIcmp( RendererV2 & renderer, ProtoField const & field, unsigned indent,
-            ClassMapMatchOption matchOption ) {
+void renderIcmp( RendererV2 & renderer, ProtoField const & field, unsigned indent,
+                 ClassMapMatchOption matchOption ) {
    static constexpr CliLabel label( "ICMP type" );
    static constexpr JsonKey icmps( "icmps" );
    SortedView< IcmpEntry > const types( field.icmp() );
    ListLines lines( renderer, label, indent );
    renderer.startJsonList( icmps );
-   for( IcmpEntry const * type : types ) {
-      if( renderer.isText() ) {
+   for ( IcmpEntry const * type : types ) {
+      if ( renderer.isText() ) {
          lines.next();
          writeRange( renderer, label, type->key, matchOption );
          renderer.eol();
       }
-      if( renderer.isJson() ) {
+      if ( renderer.isJson() ) {
          renderer._startJsonListEntry();
          renderer._addJsonRange( label.key(), type->key.low, type->key.high );
       }
@@ -108,40 +103,38 @@ renderIcmp( RendererV2 & renderer, ProtoField const & field, unsigned indent,
 }
 
 // The conditions of one protocol.
-void
-renderConditions( RendererV2 & renderer, ProtocolRange const & range, ProtoField const & field,
-                  unsigned indent, ClassMapMatchOption matchOption ) {
+void renderConditions( RendererV2 & renderer, ProtocolRange const & range, ProtoField const & field,
+                       unsigned indent, ClassMapMatchOption matchOption ) {
    static constexpr CliLabel sourcePort( "Source port" );
    static constexpr CliLabel sourcePortSet = CliLabel::fieldSet( "Source port" );
    static constexpr CliLabel destinationPort( "Destination port" );
    static constexpr CliLabel destinationPortSet = CliLabel::fieldSet( "Destination port" );
    // Flags belong to TCP: on any other protocol, or a range that includes it, they are not shown.
-   if( range.low == tcp && range.high == tcp && !( field.tcpFlags() == TcpFlagAndMask() ) ) {
+   if ( range.low == tcp && range.high == tcp && !( field.tcpFlags() == TcpFlagAndMask() ) ) {
       renderTcpFlags( renderer, field.tcpFlags(), indent );
    }
-   if( field.sport() ) {
+   if ( field.sport() ) {
       renderNumericalRange( renderer, sourcePort, field.sport(), indent, matchOption );
    }
-   if( field.sportFieldSet() ) {
+   if ( field.sportFieldSet() ) {
       renderFieldSet( renderer, sourcePortSet, field.sportFieldSet(), indent );
    }
-   if( field.dport() ) {
+   if ( field.dport() ) {
       renderNumericalRange( renderer, destinationPort, field.dport(), indent, matchOption );
    }
-   if( field.dportFieldSet() ) {
+   if ( field.dportFieldSet() ) {
       renderFieldSet( renderer, destinationPortSet, field.dportFieldSet(), indent );
    }
-   if( field.icmp() ) {
+   if ( field.icmp() ) {
       renderIcmp( renderer, field, indent, matchOption );
    }
 }
 
-void
-renderProtocolsJson( RendererV2 & renderer, SortedView< ProtocolEntry > const & protocols,
-                     ClassMapMatchOption matchOption ) {
+void renderProtocolsJson( RendererV2 & renderer, SortedView< ProtocolEntry > const & protocols,
+                          ClassMapMatchOption matchOption ) {
    static constexpr JsonKey protocolRange( "protocolRange" );
    renderer._startJsonList( protocolLabel.key() );
-   for( ProtocolEntry const * protocol : protocols ) {
+   for ( ProtocolEntry const * protocol : protocols ) {
       renderer._startJsonListEntry();
       renderer._addJsonRange( protocolRange, protocol->key.low, protocol->key.high );
       renderConditions( renderer, protocol->key, *protocol->value, 0, matchOption );
@@ -150,23 +143,22 @@ renderProtocolsJson( RendererV2 & renderer, SortedView< ProtocolEntry > const & 
    renderer.endJsonList();
 }
 
-void
-renderProtocolsText( RendererV2 & renderer, SortedView< ProtocolEntry > const & protocols,
-                     bool plain, unsigned indent, unsigned step,
-                     ClassMapMatchOption matchOption ) {
-   auto const value = [ & ]( ProtocolEntry const & protocol, ListLines & lines ) {
+void renderProtocolsText( RendererV2 & renderer, SortedView< ProtocolEntry > const & protocols,
+                          bool plain, unsigned indent, unsigned step,
+                          ClassMapMatchOption matchOption ) {
+   auto const value = [&]( ProtocolEntry const & protocol, ListLines & lines ) {
       lines.next();
       writeRange( renderer, protocolLabel, protocol.key, matchOption );
       renderer.eol();
    };
-   if( plain ) {
+   if ( plain ) {
       ListLines lines( renderer, protocolLabel, indent );
-      for( ProtocolEntry const * protocol : protocols ) {
+      for ( ProtocolEntry const * protocol : protocols ) {
          value( *protocol, lines );
       }
       return;
    }
-   for( ProtocolEntry const * protocol : protocols ) {
+   for ( ProtocolEntry const * protocol : protocols ) {
       ListLines lines( renderer, protocolLabel, indent );
       value( *protocol, lines );
       renderConditions( renderer, protocol->key, *protocol->value, indent + step, matchOption );
@@ -175,14 +167,14 @@ renderProtocolsText( RendererV2 & renderer, SortedView< ProtocolEntry > const & 
 
 } // namespace
 
-void
-renderProtocol( RendererV2 & renderer, Classification::StructuredFilter const & structuredFilter,
-                unsigned indent, unsigned step, ClassMapMatchOption matchOption ) {
+void renderProtocol( RendererV2 & renderer,
+                     Classification::StructuredFilter const & structuredFilter, unsigned indent,
+                     unsigned step, ClassMapMatchOption matchOption ) {
    traceList( "void TrafficPolicyCli::renderProtocol", protocolLabel );
    SortedView< ProtocolEntry > const protocols( structuredFilter.protocols() );
-   if( renderer.isJson() ) {
+   if ( renderer.isJson() ) {
       renderProtocolsJson( renderer, protocols, matchOption );
-   } else if( renderer.isText() ) {
+   } else if ( renderer.isText() ) {
       renderProtocolsText( renderer, protocols, isPlain( structuredFilter.protocols() ), indent,
                            step, matchOption );
    }

@@ -2,9 +2,8 @@
 
 namespace wendo {
 
-void
-RendererV2::writeSpaces( size_t count ) {
-   while( count > 0 ) {
+void RendererV2::writeSpaces( size_t count ) {
+   while ( count > 0 ) {
       size_t const piece = std::min( count, wordsMax );
       char * to = buffer().getBuffer( wordsMax );
       std::memset( to, ' ', wordsMax );

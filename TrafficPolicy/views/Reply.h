@@ -10,22 +10,21 @@ namespace TrafficPolicyCli {
 // Every view makes one on entry and closes it at its end. When an exception leaves the view, what
 // was written so far still reaches the descriptor.
 class Reply {
- public:
+public:
    Reply( unsigned fd, unsigned format )
-       : buffer_( static_cast< int >( fd ), wendo::WendoBuffer::viewCapacity, true ),
-         renderer_( wendo::OutputFormat_t{ format }, buffer_ ) {}
+      : buffer_( static_cast< int >( fd ), wendo::WendoBuffer::viewCapacity, true )
+      , renderer_( wendo::OutputFormat_t{ format }, buffer_ ) {}
 
    wendo::RendererV2 & renderer() { return renderer_; }
 
    void open() { renderer_.startJsonRoot(); }
    // Flushes too, so that an error of the descriptor reaches the caller.
-   void
-   close() {
+   void close() {
       renderer_.endJsonRoot();
       buffer_.flush();
    }
 
- private:
+private:
    wendo::WendoBuffer buffer_;
    wendo::RendererV2 renderer_;
 };

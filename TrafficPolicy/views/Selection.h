@@ -14,10 +14,9 @@ struct Selection {
 
    // Calls the function with each selected policy, in name order.
    template< typename Function >
-   void
-   forEach( Function const & function ) const {
-      for( auto const & [ name, state ] : policies ) {
-         if( policyName.empty() || policyName == name ) {
+   void forEach( Function const & function ) const {
+      for ( auto const & [name, state] : policies ) {
+         if ( policyName.empty() || policyName == name ) {
             function( *state );
          }
       }

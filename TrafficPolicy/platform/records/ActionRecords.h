@@ -23,25 +23,24 @@ inline constexpr uint32_t actionTypeMax = 21;
 
 enum class RateUnit : uint8_t { bps, kbps, mbps, gbps, pps };
 
-constexpr std::string_view
-rateUnitText( RateUnit unit ) {
+constexpr std::string_view rateUnitText( RateUnit unit ) {
    constexpr std::string_view texts[] = { "bps", "kbps", "mbps", "gbps", "pps" };
-   return texts[ static_cast< uint8_t >( unit ) ];
+   return texts[static_cast< uint8_t >( unit )];
 }
 
 // Types without a value (drop, log) have a record of this class itself.
 class Action : public Vorn::PtrInterface {
    VORN_RECORD( Action )
 
-   explicit Action( ActionType type ) : actionType_( type ) {}
+   explicit Action( ActionType type )
+      : actionType_( type ) {}
 
    VORN_INPUT( ActionType, actionType )
 };
 
 // The action as a record of exactly this class, or null when it is none.
 template< typename Record >
-Record const *
-actionAs( Action const * action ) {
+Record const * actionAs( Action const * action ) {
    return action && &action->type() == &Record::typeRecord()
              ? static_cast< Record const * >( action )
              : nullptr;
@@ -51,7 +50,8 @@ class CountAction : public Action {
    VORN_RECORD( CountAction )
 
    explicit CountAction( Vorn::String const & name )
-       : Action( ActionType::count ), counterName_( name ) {}
+      : Action( ActionType::count )
+      , counterName_( name ) {}
 
    VORN_INPUT( Vorn::String, counterName ) // empty: the rule's own counter
 };
@@ -60,7 +60,9 @@ class PoliceAction : public Action {
    VORN_RECORD( PoliceAction )
 
    PoliceAction( uint64_t policedRate, RateUnit rateUnit )
-       : Action( ActionType::police ), rate_( policedRate ), unit_( rateUnit ) {}
+      : Action( ActionType::police )
+      , rate_( policedRate )
+      , unit_( rateUnit ) {}
 
    VORN_INPUT( uint64_t, rate )
    VORN_INPUT( RateUnit, unit )
@@ -69,7 +71,9 @@ class PoliceAction : public Action {
 class SetDscpAction : public Action {
    VORN_RECORD( SetDscpAction )
 
-   explicit SetDscpAction( uint8_t dscp ) : Action( ActionType::setDscp ), value_( dscp ) {}
+   explicit SetDscpAction( uint8_t dscp )
+      : Action( ActionType::setDscp )
+      , value_( dscp ) {}
 
    VORN_INPUT( uint8_t, value ) // a DSCP code point (RFC 2474), 0 to 63
 };
@@ -82,18 +86,16 @@ class ClassAction : public Vorn::PtrInterface {
    // By ascending type.
    PolicyActions const & policyAction() const { return policyAction_; }
    // The action of this type, or null.
-   Action const *
-   policyAction( ActionType type ) const {
+   Action const * policyAction( ActionType type ) const {
       auto const * action = policyAction_.lookup( type );
       return action ? action->get() : nullptr;
    }
-   void
-   policyActionIs( ActionType type, Vorn::Ptr< Action const > const & action ) {
+   void policyActionIs( ActionType type, Vorn::Ptr< Action const > const & action ) {
       policyAction_.set( type, action );
    }
    void policyActionReserve( size_t actions ) { policyAction_.reserve( actions ); }
 
- private:
+private:
    PolicyActions policyAction_;
 };
 
@@ -105,7 +107,8 @@ class SetTcAction : public PolicyMap::Action {
    VORN_RECORD( SetTcAction )
 
    explicit SetTcAction( uint8_t trafficClass )
-       : Action( PolicyMap::ActionType::setTc ), value_( trafficClass ) {}
+      : Action( PolicyMap::ActionType::setTc )
+      , value_( trafficClass ) {}
 
    VORN_INPUT( uint8_t, value ) // a traffic class
 };

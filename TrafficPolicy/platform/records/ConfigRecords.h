@@ -23,14 +23,14 @@ class PolicyMapSubConfig : public Vorn::PtrInterface {
 
    using ClassSequence = Vorn::SortedArray< uint32_t, Vorn::String >;
 
-   explicit PolicyMapSubConfig( Vorn::String const & name ) : policyName_( name ) {}
+   explicit PolicyMapSubConfig( Vorn::String const & name )
+      : policyName_( name ) {}
 
    VORN_INPUT( Vorn::String, policyName )
 
    // Class names by ascending rule sequence number: the order of the rules.
    ClassSequence const & classSequence() const { return classSequence_; }
-   void
-   classSequenceIs( uint32_t sequence, Vorn::String const & className ) {
+   void classSequenceIs( uint32_t sequence, Vorn::String const & className ) {
       classSequence_.set( sequence, className );
    }
 
@@ -39,14 +39,13 @@ class PolicyMapSubConfig : public Vorn::PtrInterface {
    VORN_SET( Vorn::String, namedCounter ) // the named counters that the policy defines
 
    // Room for this many classes, for whoever fills the record.
-   void
-   classesReserve( size_t classes ) {
+   void classesReserve( size_t classes ) {
       classSequence_.reserve( classes );
       rawClassMap_.reserve( classes );
       classAction_.reserve( classes );
    }
 
- private:
+private:
    ClassSequence classSequence_;
 };
 

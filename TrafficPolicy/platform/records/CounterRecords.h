@@ -20,7 +20,8 @@ class IntfCountData : public Vorn::PtrInterface {
    VORN_RECORD( IntfCountData )
 
    IntfCountData( Pelx::IntfId const & interface, Umbo::UniqueId const & id )
-       : intfId_( interface ), uniqueId_( id ) {}
+      : intfId_( interface )
+      , uniqueId_( id ) {}
 
    VORN_INPUT( Pelx::IntfId, intfId )
    VORN_INPUT( Umbo::UniqueId, uniqueId )
@@ -31,7 +32,8 @@ class IntfCountData : public Vorn::PtrInterface {
 class PacketDataStatus : public Vorn::PtrInterface {
    VORN_RECORD( PacketDataStatus )
 
-   explicit PacketDataStatus( Vorn::String const & counterName ) : name_( counterName ) {}
+   explicit PacketDataStatus( Vorn::String const & counterName )
+      : name_( counterName ) {}
 
    VORN_INPUT( Vorn::String, name )
    VORN_SCALAR( Umbo::UniqueId, uniqueId )
@@ -48,13 +50,11 @@ struct PolicyMemberKey {
    Vorn::String policyName;
    Vorn::String name;
 
-   uint32_t
-   hash( uint32_t seed = 0 ) const {
+   uint32_t hash( uint32_t seed = 0 ) const {
       return Vorn::hashMix( seed ^ policyName.hash() ) ^ name.hash();
    }
    // The name first: in most stores it alone tells keys apart.
-   friend bool
-   operator==( PolicyMemberKey const & a, PolicyMemberKey const & b ) {
+   friend bool operator==( PolicyMemberKey const & a, PolicyMemberKey const & b ) {
       return a.name == b.name && a.policyName == b.policyName;
    }
 };
@@ -72,14 +72,14 @@ class NamedCounterVersion : public Vorn::PtrInterface {
    VORN_RECORD( NamedCounterVersion )
 
    NamedCounterVersion( NamedCounterKey const & counterKey, Umbo::UniqueId const & id )
-       : key_( counterKey ), uniqueId_( id ) {}
+      : key_( counterKey )
+      , uniqueId_( id ) {}
 
    VORN_INPUT( NamedCounterKey, key )
    VORN_INPUT( Umbo::UniqueId, uniqueId )
    VORN_SCALAR( PolicyMap::PacketAndByte, totalCount )
 
-   using PerIntfCount =
-      Vorn::OrderedMap< Pelx::IntfId, Vorn::Ptr< PolicyMap::IntfCountData > >;
+   using PerIntfCount = Vorn::OrderedMap< Pelx::IntfId, Vorn::Ptr< PolicyMap::IntfCountData > >;
 
    PerIntfCount const & perIntfCount() const { return perIntfCount_; }
    // The interface's entry, or null.
@@ -89,7 +89,7 @@ class NamedCounterVersion : public Vorn::PtrInterface {
                                               Umbo::UniqueId const & id );
    void perIntfCountDel( Pelx::IntfId const & intf ) { perIntfCount_.erase( intf ); }
 
- private:
+private:
    PerIntfCount perIntfCount_;
 };
 
@@ -111,7 +111,7 @@ class Counter : public Vorn::PtrInterface {
 
    void snapshotReserve( size_t rules ) { snapshot_.reserve( rules ); }
 
- private:
+private:
    NamedSnapshots namedSnapshot_;
 };
 

@@ -78,7 +78,8 @@ namespace PolicyMap {
 class ClassMapMatch : public Vorn::PtrInterface {
    VORN_RECORD( ClassMapMatch )
 
-   explicit ClassMapMatch( ClassMapMatchOption option ) : matchOption_( option ) {}
+   explicit ClassMapMatch( ClassMapMatchOption option )
+      : matchOption_( option ) {}
 
    VORN_INPUT( ClassMapMatchOption, matchOption )
    VORN_SCALAR( Vorn::Ptr< Classification::StructuredFilter const >, structuredFilter )

@@ -29,7 +29,8 @@ class IntfStatus : public Vorn::PtrInterface {
 class ClassMapStatus : public Vorn::PtrInterface {
    VORN_RECORD( ClassMapStatus )
 
-   explicit ClassMapStatus( Vorn::String const & className ) : name_( className ) {}
+   explicit ClassMapStatus( Vorn::String const & className )
+      : name_( className ) {}
 
    VORN_INPUT( Vorn::String, name )
    VORN_SET( ClassMapMatchOption, match ) // the families that the class is programmed for
@@ -41,7 +42,8 @@ class ClassMapStatus : public Vorn::PtrInterface {
 class PolicyMapStatus : public Vorn::PtrInterface {
    VORN_RECORD( PolicyMapStatus )
 
-   explicit PolicyMapStatus( Vorn::String const & policyName ) : name_( policyName ) {}
+   explicit PolicyMapStatus( Vorn::String const & policyName )
+      : name_( policyName ) {}
 
    VORN_INPUT( Vorn::String, name )
    VORN_HASHED_MAP( Vorn::String, Vorn::Ptr< ClassMapStatus const >, cmap )
@@ -83,7 +85,8 @@ namespace L3::Intf {
 class Status : public Vorn::PtrInterface {
    VORN_RECORD( Status )
 
-   explicit Status( VrfName const & vrfName ) : vrf_( vrfName ) {}
+   explicit Status( VrfName const & vrfName )
+      : vrf_( vrfName ) {}
 
    VORN_INPUT( VrfName, vrf ) // the VRF that the interface belongs to
 };

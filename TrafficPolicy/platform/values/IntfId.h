@@ -11,21 +11,21 @@ namespace Pelx {
 
 // Ordered as its string, byte by byte.
 class IntfId {
- public:
+public:
    IntfId() = default;
-   explicit IntfId( Vorn::String const & value ) : value_( value ) {}
+   explicit IntfId( Vorn::String const & value )
+      : value_( value ) {}
 
    Vorn::String const & string() const { return value_; }
    uint32_t hash() const { return value_.hash(); }
 
    friend bool operator==( IntfId const &, IntfId const & ) = default;
    friend auto operator<=>( IntfId const &, IntfId const & ) = default;
-   friend std::ostream &
-   operator<<( std::ostream & out, IntfId const & intf ) {
+   friend std::ostream & operator<<( std::ostream & out, IntfId const & intf ) {
       return out << intf.value_;
    }
 
- private:
+private:
    Vorn::String value_;
 };
 

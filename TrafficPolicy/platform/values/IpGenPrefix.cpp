@@ -14,16 +14,16 @@ constexpr char hexDigits[] = "0123456789abcdef";
 
 // A byte in decimal with a dot behind it, padded to a word, and the length up to the dot.
 struct DottedByte {
-   char text[ 4 ];
+   char text[4];
 };
 constexpr auto dottedBytes = [] {
    std::array< DottedByte, 256 > table{};
-   for( unsigned value = 0; value < 256; ++value ) {
-      char * to = table[ value ].text;
-      if( value >= 100 ) {
+   for ( unsigned value = 0; value < 256; ++value ) {
+      char * to = table[value].text;
+      if ( value >= 100 ) {
          *to++ = static_cast< char >( '0' + value / 100 );
       }
-      if( value >= 10 ) {
+      if ( value >= 10 ) {
          *to++ = static_cast< char >( '0' + value / 10 % 10 );
       }
       *to++ = static_cast< char >( '0' + value % 10 );
@@ -32,26 +32,26 @@ constexpr auto dottedBytes = [] {
    return table;
 }();
 
-char *
-putDotted( char * to, uint8_t value ) {
-   std::memcpy( to, dottedBytes[ value ].text, 4 );
+char * putDotted( char * to, uint8_t value ) {
+   std::memcpy( to, dottedBytes[value].text, 4 );
    return to + 2 + ( value >= 10 ) + ( value >= 100 );
 }
 
 // The four bytes with dots between them; may write up to three bytes more.
-char *
-putIp4( char * to, uint8_t const * bytes ) {
-   for( int i = 0; i < 4; ++i ) {
-      to = putDotted( to, bytes[ i ] );
+char * putIp4( char * to, uint8_t const * bytes ) {
+   for ( int i = 0; i < 4; ++i ) {
+      to = putDotted( to, bytes[i] );
    }
    return to - 1;
 }
 
-char *
-putGroup( char * to, unsigned group ) {
-   for( int shift = group > 0xfff ? 12 : group > 0xff ? 8 : group > 0xf ? 4 : 0; shift >= 0;
-        shift -= 4 ) {
-      *to++ = hexDigits[ group >> shift & 0xf ];
+char * putGroup( char * to, unsigned group ) {
+   for ( int shift = group > 0xfff  ? 12
+                     : group > 0xff ? 8
+                     : group > 0xf  ? 4
+                                    : 0;
+         shift >= 0; shift -= 4 ) {
+      *to++ = hexDigits[group >> shift & 0xf];
    }
    return to;
 }
@@ -62,15 +62,14 @@ struct ZeroRun {
 };
 
 // The first of the longest runs of zero groups.
-ZeroRun
-longestZeroRun( unsigned const ( &groups )[ 8 ] ) {
+ZeroRun longestZeroRun( unsigned const ( &groups )[8] ) {
    ZeroRun longest;
-   for( int begin = 0; begin < 8; ++begin ) {
+   for ( int begin = 0; begin < 8; ++begin ) {
       int end = begin;
-      while( end < 8 && groups[ end ] == 0 ) {
+      while ( end < 8 && groups[end] == 0 ) {
          ++end;
       }
-      if( end - begin > longest.length ) {
+      if ( end - begin > longest.length ) {
          longest = { begin, end - begin };
       }
       begin = end;
@@ -80,53 +79,54 @@ longestZeroRun( unsigned const ( &groups )[ 8 ] ) {
 
 } // namespace
 
-char *
-Ip6Addr::printToBuffer( char * to ) const {
-   static constexpr uint8_t mapped[ 12 ] = { 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xff, 0xff };
-   if( std::equal( std::begin( mapped ), std::end( mapped ), bytes.begin() ) ) {
+char * Ip6Addr::printToBuffer( char * to ) const {
+   static constexpr uint8_t mapped[12] = { 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xff, 0xff };
+   if ( std::equal( std::begin( mapped ), std::end( mapped ), bytes.begin() ) ) {
       std::memcpy( to, "::ffff:", 7 );
       return putIp4( to + 7, bytes.data() + 12 );
    }
-   unsigned groups[ 8 ];
-   for( size_t i = 0; i < 8; ++i ) {
-      groups[ i ] = static_cast< unsigned >( bytes[ 2 * i ] << 8 | bytes[ 2 * i + 1 ] );
+   unsigned groups[8];
+   for ( size_t i = 0; i < 8; ++i ) {
+      groups[i] = static_cast< unsigned >( bytes[2 * i] << 8 | bytes[2 * i + 1] );
    }
    ZeroRun const zeros = longestZeroRun( groups );
-   for( int i = 0; i < 8; ) {
-      if( i == zeros.begin ) {
+   for ( int i = 0; i < 8; ) {
+      if ( i == zeros.begin ) {
          *to++ = ':';
          *to++ = ':';
          i += zeros.length;
          continue;
       }
-      if( i != 0 && i != zeros.begin + zeros.length ) {
+      if ( i != 0 && i != zeros.begin + zeros.length ) {
          *to++ = ':';
       }
-      to = putGroup( to, groups[ i++ ] );
+      to = putGroup( to, groups[i++] );
    }
    return to;
 }
 
-IpGenPrefix::IpGenPrefix( Ip4Prefix const & prefix ) : length_( prefix.length ) {
-   for( unsigned i = 0; i < 4; ++i ) {
-      bytes_[ i ] = static_cast< uint8_t >( prefix.address >> ( 24 - 8 * i ) );
+IpGenPrefix::IpGenPrefix( Ip4Prefix const & prefix )
+   : length_( prefix.length ) {
+   for ( unsigned i = 0; i < 4; ++i ) {
+      bytes_[i] = static_cast< uint8_t >( prefix.address >> ( 24 - 8 * i ) );
    }
 }
 
 IpGenPrefix::IpGenPrefix( Ip6Prefix const & prefix )
-    : family_( Family::ipv6 ), bytes_( prefix.address.bytes ), length_( prefix.length ) {}
+   : family_( Family::ipv6 )
+   , bytes_( prefix.address.bytes )
+   , length_( prefix.length ) {}
 
-char *
-IpGenPrefix::printToBuffer( char * to ) const {
-   to = family_ == Family::ipv4 ? putIp4( to, bytes_.data() ) : v6Prefix().address.printToBuffer( to );
+char * IpGenPrefix::printToBuffer( char * to ) const {
+   to = family_ == Family::ipv4 ? putIp4( to, bytes_.data() )
+                                : v6Prefix().address.printToBuffer( to );
    *to++ = '/';
    return Decimal::put( to, uint32_t{ length_ } );
 }
 
-uint32_t
-IpGenPrefix::hash() const {
+uint32_t IpGenPrefix::hash() const {
    uint32_t hash = Vorn::hashMix( static_cast< uint32_t >( family_ ) << 8 | length_ );
-   for( size_t i = 0; i < bytes_.size(); i += 4 ) {
+   for ( size_t i = 0; i < bytes_.size(); i += 4 ) {
       uint32_t word;
       std::memcpy( &word, bytes_.data() + i, 4 );
       hash = Vorn::hashMix( hash ^ word );
@@ -134,14 +134,13 @@ IpGenPrefix::hash() const {
    return hash;
 }
 
-size_t
-to_stringb( char * buffer, size_t size, IpGenPrefix const & prefix ) {
-   char text[ IpGenPrefix::printRoom ];
+size_t to_stringb( char * buffer, size_t size, IpGenPrefix const & prefix ) {
+   char text[IpGenPrefix::printRoom];
    auto const length = static_cast< size_t >( prefix.printToBuffer( text ) - text );
-   if( size > 0 ) {
+   if ( size > 0 ) {
       size_t const written = std::min( length, size - 1 );
       std::memcpy( buffer, text, written );
-      buffer[ written ] = '\0';
+      buffer[written] = '\0';
    }
    return length;
 }

@@ -11,7 +11,7 @@ namespace Pelx {
 
 // An IPv6 address in network byte order.
 class Ip6Addr {
- public:
+public:
    // The longest text: eight groups of four digits, or an IPv4-mapped address.
    static constexpr size_t textMax = 39;
 
@@ -36,7 +36,7 @@ struct Ip6Prefix {
 
 // Ordered by family (IPv4 first), address, length.
 class IpGenPrefix {
- public:
+public:
    enum class Family : uint8_t { ipv4 = 1, ipv6 = 2 };
    // The longest text: an IPv6 address, "/128".
    static constexpr size_t textMax = Ip6Addr::textMax + 4;
@@ -50,10 +50,9 @@ class IpGenPrefix {
    explicit IpGenPrefix( Ip6Prefix const & prefix );
 
    Family family() const { return family_; }
-   Ip4Prefix
-   v4Prefix() const {
-      return { uint32_t{ bytes_[ 0 ] } << 24 | uint32_t{ bytes_[ 1 ] } << 16 |
-                  uint32_t{ bytes_[ 2 ] } << 8 | bytes_[ 3 ],
+   Ip4Prefix v4Prefix() const {
+      return { uint32_t{ bytes_[0] } << 24 | uint32_t{ bytes_[1] } << 16
+                  | uint32_t{ bytes_[2] } << 8 | bytes_[3],
                length_ };
    }
    Ip6Prefix v6Prefix() const { return { Ip6Addr{ bytes_ }, length_ }; }
@@ -65,14 +64,14 @@ class IpGenPrefix {
    uint32_t hash() const;
    friend auto operator<=>( IpGenPrefix const &, IpGenPrefix const & ) = default;
 
- private:
+private:
    Family family_ = Family::ipv4;
    std::array< uint8_t, 16 > bytes_{}; // network byte order; an IPv4 address in the first four
    uint8_t length_ = 0;
 };
 
-// Writes at most size - 1 characters of the prefix's text and a terminator (nothing when size is 0),
-// and returns the full length of the text.
+// Writes at most size - 1 characters of the prefix's text and a terminator (nothing when size is
+// 0), and returns the full length of the text.
 size_t to_stringb( char * buffer, size_t size, IpGenPrefix const & prefix );
 
 } // namespace Pelx

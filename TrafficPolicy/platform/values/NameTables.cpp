@@ -41,60 +41,82 @@ constexpr std::array< std::string_view, 148 > protocolNames = {
    "sps", "pipe", "sctp", "fc", "rsvp-e2e-ignore", "mobility-header", "udplite", "mpls-in-ip",
    "manet", "hip",
    // 140
-   "shim6", "wesp", "rohc", "ethernet", "aggfrag", "nsh", "homa", "bit-emu" };
+   "shim6", "wesp", "rohc", "ethernet", "aggfrag", "nsh", "homa", "bit-emu"
+};
 
 constexpr uint32_t ipv6Only[] = { 0, 43, 44, 58, 59, 60, 135, 140 };
 constexpr uint32_t ipv4Only[] = { 1, 2 };
 
 template< size_t size >
-std::string_view
-protocolExcept( uint32_t const ( &missing )[ size ], uint32_t number ) {
-   if( number >= protocolNames.size() ||
-       std::find( std::begin( missing ), std::end( missing ), number ) != std::end( missing ) ) {
+std::string_view protocolExcept( uint32_t const ( &missing )[size], uint32_t number ) {
+   if ( number >= protocolNames.size()
+        || std::find( std::begin( missing ), std::end( missing ), number )
+              != std::end( missing ) ) {
       return {};
    }
-   return protocolNames[ number ];
+   return protocolNames[number];
 }
 
 } // namespace
 
-std::string_view
-dscp( uint32_t codePoint ) {
-   switch( codePoint ) {
-      case 0: return "cs0";
-      case 1: return "le";
-      case 8: return "cs1";
-      case 10: return "af11";
-      case 12: return "af12";
-      case 14: return "af13";
-      case 16: return "cs2";
-      case 18: return "af21";
-      case 20: return "af22";
-      case 22: return "af23";
-      case 24: return "cs3";
-      case 26: return "af31";
-      case 28: return "af32";
-      case 30: return "af33";
-      case 32: return "cs4";
-      case 34: return "af41";
-      case 36: return "af42";
-      case 38: return "af43";
-      case 40: return "cs5";
-      case 44: return "voice-admit";
-      case 46: return "ef";
-      case 48: return "cs6";
-      case 56: return "cs7";
-      default: return {};
+std::string_view dscp( uint32_t codePoint ) {
+   switch ( codePoint ) {
+   case 0:
+      return "cs0";
+   case 1:
+      return "le";
+   case 8:
+      return "cs1";
+   case 10:
+      return "af11";
+   case 12:
+      return "af12";
+   case 14:
+      return "af13";
+   case 16:
+      return "cs2";
+   case 18:
+      return "af21";
+   case 20:
+      return "af22";
+   case 22:
+      return "af23";
+   case 24:
+      return "cs3";
+   case 26:
+      return "af31";
+   case 28:
+      return "af32";
+   case 30:
+      return "af33";
+   case 32:
+      return "cs4";
+   case 34:
+      return "af41";
+   case 36:
+      return "af42";
+   case 38:
+      return "af43";
+   case 40:
+      return "cs5";
+   case 44:
+      return "voice-admit";
+   case 46:
+      return "ef";
+   case 48:
+      return "cs6";
+   case 56:
+      return "cs7";
+   default:
+      return {};
    }
 }
 
-std::string_view
-ipv4Protocol( uint32_t number ) {
+std::string_view ipv4Protocol( uint32_t number ) {
    return protocolExcept( ipv6Only, number );
 }
 
-std::string_view
-ipv6Protocol( uint32_t number ) {
+std::string_view ipv6Protocol( uint32_t number ) {
    return protocolExcept( ipv4Only, number );
 }
 

@@ -8,14 +8,15 @@ namespace Umbo {
 
 // Opaque: only equality means anything. Default-constructed it means that there is no id.
 class UniqueId {
- public:
+public:
    constexpr UniqueId() = default;
-   constexpr explicit UniqueId( uint64_t value ) : value_( value ) {}
+   constexpr explicit UniqueId( uint64_t value )
+      : value_( value ) {}
 
    constexpr uint64_t value() const { return value_; }
    friend constexpr bool operator==( UniqueId const &, UniqueId const & ) = default;
 
- private:
+private:
    uint64_t value_ = ~uint64_t{ 0 };
 };
 

@@ -5,14 +5,14 @@
 
 namespace L3 {
 
-VrfName::VrfName( Vorn::String const & value ) : value_( value ) {
-   if( value.size() > maxLength ) {
+VrfName::VrfName( Vorn::String const & value )
+   : value_( value ) {
+   if ( value.size() > maxLength ) {
       throw std::length_error( "VrfName::value::bytes > VrfName::maxLength not allowed" );
    }
 }
 
-std::ostream &
-operator<<( std::ostream & out, VrfName const & vrf ) {
+std::ostream & operator<<( std::ostream & out, VrfName const & vrf ) {
    return out << vrf.value_;
 }
 

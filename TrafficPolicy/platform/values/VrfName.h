@@ -11,7 +11,7 @@ namespace L3 {
 
 // A bounded string, compared and ordered as one.
 class VrfName {
- public:
+public:
    static constexpr size_t maxLength = 100; // bytes
 
    VrfName() = default;
@@ -25,7 +25,7 @@ class VrfName {
    friend auto operator<=>( VrfName const &, VrfName const & ) = default;
    friend std::ostream & operator<<( std::ostream & out, VrfName const & vrf );
 
- private:
+private:
    Vorn::String value_;
 };
 

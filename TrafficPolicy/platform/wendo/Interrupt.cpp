@@ -2,8 +2,7 @@
 
 namespace wendo {
 
-char const *
-SigIntException::what() const noexcept {
+char const * SigIntException::what() const noexcept {
    return "on interrupt";
 }
 
@@ -15,20 +14,17 @@ namespace {
 unsigned servedCount = 0;
 }
 
-void
-request() noexcept {
+void request() noexcept {
    requested = 1;
 }
 
-void
-serve() {
+void serve() {
    requested = 0;
    ++servedCount;
    throw SigIntException();
 }
 
-unsigned
-served() noexcept {
+unsigned served() noexcept {
    return servedCount;
 }
 

@@ -9,7 +9,7 @@ namespace wendo {
 
 // Thrown when the user interrupts a command. What was written stays written.
 class SigIntException : public std::exception {
- public:
+public:
    char const * what() const noexcept override;
 };
 
@@ -27,9 +27,8 @@ void serve();
 // How many interrupts were served: tells a caller whose callee caught the exception.
 unsigned served() noexcept;
 
-inline void
-check() {
-   if( requested ) [[unlikely]] {
+inline void check() {
+   if ( requested ) [[unlikely]] {
       serve();
    }
 }

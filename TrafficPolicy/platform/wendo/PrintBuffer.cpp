@@ -5,21 +5,18 @@
 
 namespace wendo {
 
-void
-PrintBuffer::makeRoomFor( size_t required ) {
+void PrintBuffer::makeRoomFor( size_t required ) {
    makeRoom();
    VORN_ASSERT( endPtr - writePtr >= ptrdiff_t( required ) );
 }
 
-void
-PrintBuffer::keep( std::string_view rest ) {
+void PrintBuffer::keep( std::string_view rest ) {
    std::memmove( begin_, rest.data(), rest.size() );
    writePtr = begin_ + rest.size();
 }
 
-void
-PrintBuffer::append( std::string_view text ) {
-   while( !text.empty() ) {
+void PrintBuffer::append( std::string_view text ) {
+   while ( !text.empty() ) {
       char * to = getBuffer( std::min( text.size(), capacity() ) );
       size_t const piece = std::min( text.size(), static_cast< size_t >( endPtr - to ) );
       std::memcpy( to, text.data(), piece );

@@ -16,14 +16,13 @@
 namespace wendo {
 
 class PrintBuffer {
- public:
+public:
    PrintBuffer( PrintBuffer const & ) = delete;
    PrintBuffer & operator=( PrintBuffer const & ) = delete;
 
    // At least this many free bytes. Asserts that the buffer is large enough for them.
-   char *
-   getBuffer( size_t required ) {
-      if( static_cast< size_t >( endPtr - writePtr ) < required ) [[unlikely]] {
+   char * getBuffer( size_t required ) {
+      if ( static_cast< size_t >( endPtr - writePtr ) < required ) [[unlikely]] {
          makeRoomFor( required );
       }
       return writePtr;
@@ -39,23 +38,24 @@ class PrintBuffer {
    // Writes out what is committed.
    virtual void flush() = 0;
 
- protected:
+protected:
    PrintBuffer( char * begin, size_t capacity )
-       : writePtr( begin ), endPtr( begin + capacity ), begin_( begin ) {}
+      : writePtr( begin )
+      , endPtr( begin + capacity )
+      , begin_( begin ) {}
    virtual ~PrintBuffer() = default;
 
    // Frees room; called when a reservation finds too little.
    virtual void makeRoom() = 0;
 
-   std::string_view
-   committed() const {
+   std::string_view committed() const {
       return { begin_, static_cast< size_t >( writePtr - begin_ ) };
    }
    void discard() { writePtr = begin_; }
    // Forgets the committed bytes before this rest of them.
    void keep( std::string_view rest );
 
- private:
+private:
    void makeRoomFor( size_t required );
 
    char * writePtr;

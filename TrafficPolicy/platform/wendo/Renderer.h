@@ -10,7 +10,7 @@ namespace wendo {
 enum class OutputFormat_t : unsigned { TEXT = 1, JSON = 2 };
 
 class Renderer {
- public:
+public:
    Renderer( Renderer const & ) = delete;
    Renderer & operator=( Renderer const & ) = delete;
 
@@ -20,12 +20,14 @@ class Renderer {
 
    PrintBuffer & buffer() { return buffer_; }
 
- protected:
+protected:
    // The buffer stays the caller's and outlives the renderer.
-   Renderer( OutputFormat_t format, PrintBuffer & buffer ) : buffer_( buffer ), format_( format ) {}
+   Renderer( OutputFormat_t format, PrintBuffer & buffer )
+      : buffer_( buffer )
+      , format_( format ) {}
    ~Renderer() = default;
 
- private:
+private:
    PrintBuffer & buffer_;
    OutputFormat_t format_;
 };

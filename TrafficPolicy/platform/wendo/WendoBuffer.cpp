@@ -2,18 +2,18 @@
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 
-#include <cerrno>
 #include <poll.h>
-#include <system_error>
 #include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
 
 namespace wendo {
 
 namespace {
 
 // Waits until a descriptor in non-blocking mode takes bytes again.
-void
-awaitWritable( int fd ) {
+void awaitWritable( int fd ) {
    pollfd request{ fd, POLLOUT, 0 };
    ::poll( &request, 1, -1 );
 }
@@ -22,54 +22,51 @@ awaitWritable( int fd ) {
 
 // Not value-initialised: a page of the buffer that a small output never reaches costs nothing.
 WendoBuffer::WendoBuffer( int fd, size_t capacity, bool flushAtEnd )
-    : WendoBuffer( fd, std::make_unique_for_overwrite< char[] >( capacity ), capacity,
-                   flushAtEnd ) {}
+   : WendoBuffer( fd, std::make_unique_for_overwrite< char[] >( capacity ), capacity, flushAtEnd ) {
+}
 
 WendoBuffer::WendoBuffer( int fd, std::unique_ptr< char[] > memory, size_t capacity,
                           bool flushAtEnd )
-    : PrintBuffer( memory.get(), capacity ),
-      memory_( std::move( memory ) ),
-      fd_( fd ),
-      flushAtEnd_( flushAtEnd ) {}
+   : PrintBuffer( memory.get(), capacity )
+   , memory_( std::move( memory ) )
+   , fd_( fd )
+   , flushAtEnd_( flushAtEnd ) {}
 
 WendoBuffer::~WendoBuffer() {
-   if( flushAtEnd_ && !failed_ ) {
+   if ( flushAtEnd_ && !failed_ ) {
       try {
          writeOut();
-      } catch( std::exception const & ) {
+      } catch ( std::exception const & ) {
          failed_ = true;
       }
    }
 }
 
-void
-WendoBuffer::flush() {
+void WendoBuffer::flush() {
    interrupt::check();
    writeOut();
 }
 
-void
-WendoBuffer::makeRoom() {
+void WendoBuffer::makeRoom() {
    flush();
 }
 
-void
-WendoBuffer::writeOut() {
+void WendoBuffer::writeOut() {
    std::string_view left = committed();
-   while( !left.empty() && !failed_ ) {
+   while ( !left.empty() && !failed_ ) {
       ssize_t const written = ::write( fd_, left.data(), left.size() );
-      if( written >= 0 ) {
+      if ( written >= 0 ) {
          left.remove_prefix( static_cast< size_t >( written ) );
          continue;
       }
       int const error = errno;
-      if( error == EAGAIN || error == EWOULDBLOCK ) {
+      if ( error == EAGAIN || error == EWOULDBLOCK ) {
          awaitWritable( fd_ );
-      } else if( error != EINTR ) {
+      } else if ( error != EINTR ) {
          failed_ = true;
          throw std::system_error( error, std::generic_category(), "cannot write the output" );
       }
-      if( interrupt::requested ) {
+      if ( interrupt::requested ) {
          keep( left );
          interrupt::serve();
       }

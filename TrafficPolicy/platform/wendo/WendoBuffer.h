@@ -12,7 +12,7 @@ namespace wendo {
 // that the user asked for surfaces as SigIntException at the next fill, flush or wait; any other
 // error surfaces as std::system_error, once: after it nothing more is written.
 class WendoBuffer : public PrintBuffer {
- public:
+public:
    // Every view's buffer has this capacity.
    static constexpr size_t viewCapacity = 1'048'576;
 
@@ -24,10 +24,10 @@ class WendoBuffer : public PrintBuffer {
 
    void flush() override;
 
- protected:
+protected:
    void makeRoom() override;
 
- private:
+private:
    WendoBuffer( int fd, std::unique_ptr< char[] > memory, size_t capacity, bool flushAtEnd );
    void writeOut();
 

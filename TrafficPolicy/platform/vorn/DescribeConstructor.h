@@ -1,0 +1,76 @@
+// The constructor of a class, as its type record knows it: one that takes the class's inputs, those
+// of its base classes first.
+
+#pragma once
+
+#include "TrafficPolicy/platform/vorn/Create.h"
+#include "TrafficPolicy/platform/vorn/DescribeAttributes.h"
+
+#include <array>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+namespace Vorn {
+
+// The input that the line declares, in a tuple of one; an empty one for another attribute.
+template< typename Class, int line >
+constexpr auto
+inputAt() {
+   if constexpr( declaredAt< Class, line >.kind == AttributeKind::input ) {
+      return std::tuple< RowTag< Class, line > >();
+   } else {
+      return std::tuple<>();
+   }
+}
+
+// The inputs, in the order of the constructor's parameters.
+template< typename Class >
+constexpr auto
+inputsOf() {
+   if constexpr( std::is_same_v< Class, PtrInterface > ) {
+      return std::tuple<>();
+   } else {
+      return []< size_t... i >( std::index_sequence< i... > ) {
+         return std::tuple_cat( inputsOf< typename Class::VornBase >(),
+                                inputAt< Class, declaredLines< Class >[ i ] >()... );
+      }( std::make_index_sequence< declaredLines< Class >.size() >() );
+   }
+}
+
+// An argument that is a T and turns into nothing else: so that parameters in another order, or of a
+// type that a T merely converts to, are rejected.
+template< typename T >
+struct Exactly {
+   template< std::same_as< T > U >
+   operator U() const;
+};
+
+template< typename Class, typename Inputs = decltype( inputsOf< Class >() ) >
+struct Constructor;
+
+template< typename Class, typename... Declarer, int... line >
+struct Constructor< Class, std::tuple< RowTag< Declarer, line >... > > {
+   static_assert( std::is_constructible_v< Class, Exactly< StorageAt< Declarer, line > >... >,
+                  "the constructor takes the VORN_INPUTs, those of the base class first" );
+
+   static constexpr std::array< ParameterRow, sizeof...( line ) > parameters{ ParameterRow{
+      declaredAt< Declarer, line >.name, typeName< StorageAt< Declarer, line > >() }... };
+
+   static Ptr< PtrInterface >
+   construct( [[maybe_unused]] std::span< Value const > values ) {
+      [[maybe_unused]] size_t next = 0;
+      [[maybe_unused]] auto const place = [ &next ] {
+         return Place{ typeName< Class >(), parameters[ next++ ].name, "an argument" };
+      };
+      // The braces convert from left to right, so that the first mistake is the one reported.
+      std::tuple< StorageAt< Declarer, line >... > const arguments{
+         fromValue< StorageAt< Declarer, line > >( values[ next ], place() )... };
+      return std::apply( []( auto const &... argument ) { return create< Class >( argument... ); },
+                         arguments );
+   }
+
+   static constexpr ConstructorRow row{ parameters, construct };
+};
+
+} // namespace Vorn
