@@ -5,8 +5,8 @@
 
 namespace Vorn {
 
-void
-assertionFailed( char const * expression, char const * file, int line, char const * function ) {
+void assertionFailed( char const * expression, char const * file, int line,
+                      char const * function ) {
    std::fprintf( stderr, "%s:%d: %s: Assertion `%s' failed.\n", file, line, function, expression );
    std::abort();
 }

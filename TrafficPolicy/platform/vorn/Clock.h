@@ -7,8 +7,7 @@
 namespace Vorn {
 
 // Wall-clock time in seconds since the epoch.
-inline double
-currentTime() {
+inline double currentTime() {
    using namespace std::chrono;
    return duration< double >( system_clock::now().time_since_epoch() ).count();
 }

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/vorn/Pool.h"
 #include "TrafficPolicy/platform/vorn/Ptr.h"
 #include "TrafficPolicy/platform/vorn/TypeRecord.h"
 
@@ -17,6 +18,7 @@ template< typename T, typename... Arguments >
 Ptr< T >
 create( Arguments &&... arguments ) {
    static_assert( std::is_same_v< T, typename T::VornSelf >, "every class has its own type record" );
+   static_assert( alignof( T ) <= Pool::alignment );
    void * memory = T::typeRecord().allocate();
    Ptr< T > object;
    try {

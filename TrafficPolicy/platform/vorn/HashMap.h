@@ -14,16 +14,12 @@ struct HashMapEntry {
    Value value;
 
    // For listing entries by ascending key.
-   friend bool
-   operator<( HashMapEntry const & a, HashMapEntry const & b ) {
-      return a.key < b.key;
-   }
+   friend bool operator<( HashMapEntry const & a, HashMapEntry const & b ) { return a.key < b.key; }
 };
 
 struct HashMapKeyOf {
    template< typename Entry >
-   auto const &
-   operator()( Entry const & entry ) const {
+   auto const & operator()( Entry const & entry ) const {
       return entry.key;
    }
 };
@@ -32,51 +28,48 @@ template< typename Key, typename Value >
 class HashMap : public HashTable< HashMapEntry< Key, Value >, HashMapKeyOf > {
    using Table = HashTable< HashMapEntry< Key, Value >, HashMapKeyOf >;
 
- public:
+public:
    using KeyType = Key;
    using ValueType = Value;
 
    // Finds keys that come in about the map's own order without hashing them: a search begins at the
    // entry behind the last one found. Must not outlive the map.
    class Cursor {
-    public:
-      explicit Cursor( HashMap const & map ) : map_( &map ) {}
+   public:
+      explicit Cursor( HashMap const & map )
+         : map_( &map ) {}
       // The key's value, or null.
       template< typename Lookup >
-      Value const *
-      find( Lookup const & key ) {
+      Value const * find( Lookup const & key ) {
          uint32_t const at = map_->positionNear( key, last_ );
-         if( at == Table::none ) {
+         if ( at == Table::none ) {
             return nullptr;
          }
          last_ = at;
          return &map_->entry( at ).value;
       }
 
-    private:
+   private:
       HashMap const * map_;
       uint32_t last_ = Table::none;
    };
 
    // The key's value, or null.
    template< typename Lookup >
-   Value const *
-   lookup( Lookup const & key ) const {
+   Value const * lookup( Lookup const & key ) const {
       uint32_t const at = this->position( key );
       return at == Table::none ? nullptr : &this->entry( at ).value;
    }
    template< typename Lookup >
-   Value *
-   lookup( Lookup const & key ) {
+   Value * lookup( Lookup const & key ) {
       uint32_t const at = this->position( key );
       return at == Table::none ? nullptr : &this->entry( at ).value;
    }
 
    // Inserts, or overwrites the value of an entry that is there (which keeps its place).
    // True when it was inserted.
-   bool
-   set( Key const & key, Value value ) {
-      if( Value * present = lookup( key ) ) {
+   bool set( Key const & key, Value value ) {
+      if ( Value * present = lookup( key ) ) {
          *present = std::move( value );
          return false;
       }
@@ -87,21 +80,19 @@ class HashMap : public HashTable< HashMapEntry< Key, Value >, HashMapKeyOf > {
 
 struct HashSetKeyOf {
    template< typename Entry >
-   Entry const &
-   operator()( Entry const & entry ) const {
+   Entry const & operator()( Entry const & entry ) const {
       return entry;
    }
 };
 
 template< typename Key >
 class HashSet : public HashTable< Key, HashSetKeyOf > {
- public:
+public:
    using KeyType = Key;
 
    // True when the key was not in the set.
-   bool
-   insert( Key const & key ) {
-      if( this->contains( key ) ) {
+   bool insert( Key const & key ) {
+      if ( this->contains( key ) ) {
          return false;
       }
       this->append( key );

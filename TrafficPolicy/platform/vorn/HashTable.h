@@ -15,6 +15,7 @@
 
 #include "TrafficPolicy/platform/vorn/Assert.h"
 #include "TrafficPolicy/platform/vorn/Hash.h"
+#include "TrafficPolicy/platform/vorn/Pool.h"
 
 #include <bit>
 #include <cstddef>
@@ -29,9 +30,9 @@ namespace Vorn {
 // Entry is a map's pair or a set's key; KeyOf gives the key of an entry.
 template< typename Entry, typename KeyOf >
 class HashTable {
- public:
+public:
    class Iterator {
-    public:
+   public:
       using value_type = Entry;
       using difference_type = ptrdiff_t;
       using reference = Entry const &;
@@ -40,44 +41,38 @@ class HashTable {
 
       Iterator() = default;
 
-      Entry const &
-      operator*() const {
+      Entry const & operator*() const {
          VORN_ASSERT( iter_ );
          return iter_.table->entry( iter_.at );
       }
       Entry const * operator->() const { return &**this; }
-      Iterator &
-      operator++() {
+      Iterator & operator++() {
          VORN_ASSERT( iter_ );
          iter_.at = iter_.table->liveFrom( iter_.at + 1 );
          return *this;
       }
-      Iterator
-      operator++( int ) {
+      Iterator operator++( int ) {
          Iterator before = *this;
          ++*this;
          return before;
       }
-      friend bool
-      operator==( Iterator const & a, Iterator const & b ) {
+      friend bool operator==( Iterator const & a, Iterator const & b ) {
          return a.atEnd() ? b.atEnd() : !b.atEnd() && a.iter_.at == b.iter_.at;
       }
 
-    private:
+   private:
       friend class HashTable;
       struct Position {
          HashTable const * table = nullptr;
          uint32_t at = 0;
          uint32_t generation = 0;
-         explicit
-         operator bool() const {
-            return table && table->block_ && generation == table->block_->generation &&
-                   at < table->block_->used;
+         explicit operator bool() const {
+            return table && table->block_ && generation == table->block_->generation
+                   && at < table->block_->used;
          }
       };
       void check() const { VORN_ASSERT( iter_ ); }
-      bool
-      atEnd() const {
+      bool atEnd() const {
          return !iter_.table || !iter_.table->block_ || iter_.at >= iter_.table->block_->used;
       }
       Position iter_;
@@ -85,10 +80,10 @@ class HashTable {
 
    HashTable() noexcept = default;
    HashTable( HashTable const & ) = delete;
-   HashTable( HashTable && other ) noexcept : block_( std::exchange( other.block_, nullptr ) ) {}
+   HashTable( HashTable && other ) noexcept
+      : block_( std::exchange( other.block_, nullptr ) ) {}
    HashTable & operator=( HashTable const & ) = delete;
-   HashTable &
-   operator=( HashTable && other ) noexcept {
+   HashTable & operator=( HashTable && other ) noexcept {
       std::swap( block_, other.block_ );
       return *this;
    }
@@ -103,44 +98,38 @@ class HashTable {
 
    // An iterator at the entry, or end().
    template< typename Lookup >
-   Iterator
-   find( Lookup const & key ) const {
+   Iterator find( Lookup const & key ) const {
       uint32_t const at = position( key );
       return at == none ? end() : iterator( at );
    }
    template< typename Lookup >
-   bool
-   contains( Lookup const & key ) const {
+   bool contains( Lookup const & key ) const {
       return position( key ) != none;
    }
 
    // Makes room for this many entries in all.
-   void
-   reserve( size_t entries ) {
-      if( entries > ( block_ ? block_->capacity : 0 ) ) {
+   void reserve( size_t entries ) {
+      if ( entries > ( block_ ? block_->capacity : 0 ) ) {
          regrow( static_cast< uint32_t >( entries ) );
       }
    }
 
    // Removes the entry, if there is one.
    template< typename Lookup >
-   bool
-   erase( Lookup const & key ) {
+   bool erase( Lookup const & key ) {
       uint32_t const at = position( key );
-      if( at != none ) {
+      if ( at != none ) {
          eraseAt( at );
       }
       return at != none;
    }
-   void
-   erase( Iterator const & where ) {
+   void erase( Iterator const & where ) {
       where.check();
       eraseAt( where.iter_.at );
    }
 
-   void
-   clear() {
-      if( block_ ) {
+   void clear() {
+      if ( block_ ) {
          uint32_t const generation = block_->generation;
          destroy();
          block_ = newBlock( 1 );
@@ -150,17 +139,16 @@ class HashTable {
 
    static constexpr uint32_t none = ~uint32_t{ 0 };
 
- protected:
+protected:
    // The position of the key's entry, or none.
    template< typename Lookup >
-   uint32_t
-   position( Lookup const & key ) const {
-      if( !block_ ) {
+   uint32_t position( Lookup const & key ) const {
+      if ( !block_ ) {
          return none;
       }
-      if( block_->slots == 0 ) {
-         for( uint32_t at = 0; at < block_->used; ++at ) {
-            if( KeyOf()( entry( at ) ) == key ) {
+      if ( block_->slots == 0 ) {
+         for ( uint32_t at = 0; at < block_->used; ++at ) {
+            if ( KeyOf()( entry( at ) ) == key ) {
                return at;
             }
          }
@@ -169,10 +157,10 @@ class HashTable {
       uint32_t const mask = block_->slots - 1;
       uint32_t const hash = hashOf( key );
       uint32_t const * slots = index( block_ );
-      for( uint32_t slot = hash & mask; slots[ slot ] != free; slot = ( slot + 1 ) & mask ) {
-         uint32_t const at = slots[ slot ] & mask;
-         if( ( ( slots[ slot ] ^ hash ) & ~mask ) == 0 && isLive( at ) &&
-             KeyOf()( entry( at ) ) == key ) {
+      for ( uint32_t slot = hash & mask; slots[slot] != free; slot = ( slot + 1 ) & mask ) {
+         uint32_t const at = slots[slot] & mask;
+         if ( ( ( slots[slot] ^ hash ) & ~mask ) == 0 && isLive( at )
+              && KeyOf()( entry( at ) ) == key ) {
             return at;
          }
       }
@@ -182,10 +170,9 @@ class HashTable {
    // As position(), for callers that ask for keys in about the order in which they were inserted:
    // first tries the entry behind the last one found.
    template< typename Lookup >
-   uint32_t
-   positionNear( Lookup const & key, uint32_t last ) const {
+   uint32_t positionNear( Lookup const & key, uint32_t last ) const {
       uint32_t const next = last + 1;
-      if( block_ && next < block_->used && isLive( next ) && KeyOf()( entry( next ) ) == key ) {
+      if ( block_ && next < block_->used && isLive( next ) && KeyOf()( entry( next ) ) == key ) {
          return next;
       }
       return position( key );
@@ -193,15 +180,15 @@ class HashTable {
 
    // Appends an entry whose key is not in the table.
    template< typename... Arguments >
-   Entry &
-   append( Arguments &&... arguments ) {
-      if( !block_ || block_->used == block_->capacity ) {
+   Entry & append( Arguments &&... arguments ) {
+      if ( !block_ || block_->used == block_->capacity ) {
          regrow( block_ && block_->live >= block_->capacity / 2 ? block_->capacity * 2
-                                                                : block_ ? block_->capacity : 1 );
+                 : block_                                       ? block_->capacity
+                                                                : 1 );
       }
       Entry * place = entries( block_ ) + block_->used;
-      ::new( static_cast< void * >( place ) ) Entry{ std::forward< Arguments >( arguments )... };
-      if( block_->slots ) {
+      ::new ( static_cast< void * >( place ) ) Entry{ std::forward< Arguments >( arguments )... };
+      if ( block_->slots ) {
          enter( block_, hashOf( KeyOf()( *place ) ), block_->used );
       }
       ++block_->used;
@@ -209,16 +196,15 @@ class HashTable {
       return *place;
    }
 
-   Entry const & entry( uint32_t at ) const { return entries( block_ )[ at ]; }
-   Entry & entry( uint32_t at ) { return entries( block_ )[ at ]; }
-   Iterator
-   iterator( uint32_t at ) const {
+   Entry const & entry( uint32_t at ) const { return entries( block_ )[at]; }
+   Entry & entry( uint32_t at ) { return entries( block_ )[at]; }
+   Iterator iterator( uint32_t at ) const {
       Iterator result;
       result.iter_ = { this, at, block_ ? block_->generation : 0 };
       return result;
    }
 
- private:
+private:
    struct Block {
       uint32_t capacity;
       uint32_t slots; // a power of two, or 0 while the table is small enough to be searched
@@ -231,77 +217,73 @@ class HashTable {
    static constexpr size_t entriesAt =
       ( sizeof( Block ) + alignof( Entry ) - 1 ) / alignof( Entry ) * alignof( Entry );
 
-   static Entry *
-   entries( Block * block ) {
+   static Entry * entries( Block * block ) {
       return reinterpret_cast< Entry * >( reinterpret_cast< char * >( block ) + entriesAt );
    }
-   static size_t
-   indexAt( uint32_t capacity ) {
+   static size_t indexAt( uint32_t capacity ) {
       return ( entriesAt + capacity * sizeof( Entry ) + 3 ) / 4 * 4;
    }
-   static uint32_t *
-   index( Block * block ) {
-      return reinterpret_cast< uint32_t * >( reinterpret_cast< char * >( block ) +
-                                             indexAt( block->capacity ) );
+   static uint32_t * index( Block * block ) {
+      return reinterpret_cast< uint32_t * >( reinterpret_cast< char * >( block )
+                                             + indexAt( block->capacity ) );
    }
    // One bit an entry, behind the index: set when the entry was deleted.
-   static uint32_t *
-   deadBits( Block * block ) {
-      return index( block ) + block->slots;
-   }
+   static uint32_t * deadBits( Block * block ) { return index( block ) + block->slots; }
 
-   static Block *
-   newBlock( uint32_t capacity ) {
-      uint32_t const slots = capacity > searched ? std::bit_ceil( capacity + capacity / 2 ) : 0;
-      size_t const deadWords = ( size_t{ capacity } + 31 ) / 32;
-      size_t const bytes =
-         capacity > searched ? indexAt( capacity ) + ( slots + deadWords ) * sizeof( uint32_t )
-                             : entriesAt + capacity * sizeof( Entry );
-      Block * block = static_cast< Block * >( ::operator new( bytes ) );
+   // What a block of this capacity takes, entries, index and dead bits.
+   static size_t blockSize( uint32_t capacity ) {
+      return capacity > searched
+                ? indexAt( capacity ) + ( slotsFor( capacity ) + deadWords( capacity ) ) * 4
+                : entriesAt + capacity * sizeof( Entry );
+   }
+   static uint32_t slotsFor( uint32_t capacity ) {
+      return capacity > searched ? std::bit_ceil( capacity + capacity / 2 ) : 0;
+   }
+   static size_t deadWords( uint32_t capacity ) { return ( size_t{ capacity } + 31 ) / 32; }
+
+   static Block * newBlock( uint32_t capacity ) {
+      uint32_t const slots = slotsFor( capacity );
+      auto * const block = static_cast< Block * >( Pool::allocate( blockSize( capacity ) ) );
       *block = { capacity, slots, 0, 0, 0 };
-      if( slots ) {
+      if ( slots ) {
          std::uninitialized_fill_n( index( block ), slots, free );
-         std::uninitialized_fill_n( deadBits( block ), deadWords, 0u );
+         std::uninitialized_fill_n( deadBits( block ), deadWords( capacity ), 0u );
       }
       return block;
    }
 
-   static void
-   enter( Block * block, uint32_t hash, uint32_t at ) {
+   static void enter( Block * block, uint32_t hash, uint32_t at ) {
       uint32_t const mask = block->slots - 1;
       uint32_t * slots = index( block );
       uint32_t slot = hash & mask;
-      while( slots[ slot ] != free ) {
+      while ( slots[slot] != free ) {
          slot = ( slot + 1 ) & mask;
       }
-      slots[ slot ] = ( hash & ~mask ) | at;
+      slots[slot] = ( hash & ~mask ) | at;
    }
 
-   bool
-   isLive( uint32_t at ) const {
-      return block_->live == block_->used || !block_->slots ||
-             !( deadBits( block_ )[ at / 32 ] >> ( at % 32 ) & 1 );
+   bool isLive( uint32_t at ) const {
+      return block_->live == block_->used || !block_->slots
+             || !( deadBits( block_ )[at / 32] >> ( at % 32 ) & 1 );
    }
-   uint32_t
-   liveFrom( uint32_t at ) const {
-      while( at < block_->used && !isLive( at ) ) {
+   uint32_t liveFrom( uint32_t at ) const {
+      while ( at < block_->used && !isLive( at ) ) {
          ++at;
       }
       return at;
    }
 
    // Moves the live entries to a block of at least this capacity.
-   void
-   regrow( uint32_t capacity ) {
+   void regrow( uint32_t capacity ) {
       Block * grown = newBlock( capacity );
-      if( block_ ) {
+      if ( block_ ) {
          grown->generation = block_->generation + ( block_->live != block_->used );
-         for( uint32_t at = liveFrom( 0 ); at < block_->used; at = liveFrom( at + 1 ) ) {
+         for ( uint32_t at = liveFrom( 0 ); at < block_->used; at = liveFrom( at + 1 ) ) {
             Entry & old = entry( at );
-            if( grown->slots ) {
+            if ( grown->slots ) {
                enter( grown, hashOf( KeyOf()( old ) ), grown->used );
             }
-            ::new( static_cast< void * >( entries( grown ) + grown->used++ ) )
+            ::new ( static_cast< void * >( entries( grown ) + grown->used++ ) )
                Entry( std::move( old ) );
          }
          grown->live = grown->used;
@@ -310,12 +292,11 @@ class HashTable {
       block_ = grown;
    }
 
-   void
-   eraseAt( uint32_t at ) {
+   void eraseAt( uint32_t at ) {
       ++block_->generation;
-      if( block_->slots ) {
+      if ( block_->slots ) {
          entry( at ).~Entry();
-         deadBits( block_ )[ at / 32 ] |= 1u << ( at % 32 );
+         deadBits( block_ )[at / 32] |= 1u << ( at % 32 );
       } else {
          std::move( entries( block_ ) + at + 1, entries( block_ ) + block_->used,
                     entries( block_ ) + at );
@@ -324,13 +305,13 @@ class HashTable {
       --block_->live;
    }
 
-   void
-   destroy() noexcept {
-      if( block_ ) {
-         for( uint32_t at = liveFrom( 0 ); at < block_->used; at = liveFrom( at + 1 ) ) {
+   void destroy() noexcept {
+      if ( block_ ) {
+         for ( uint32_t at = liveFrom( 0 ); at < block_->used; at = liveFrom( at + 1 ) ) {
             entry( at ).~Entry();
          }
-         ::operator delete( std::exchange( block_, nullptr ) );
+         Pool::release( block_, blockSize( block_->capacity ) );
+         block_ = nullptr;
       }
    }
 

@@ -16,14 +16,14 @@ inline constexpr size_t rulesMax = 2'003'003;
 
 template< typename Value >
 class IndexedArray {
- public:
+public:
    using KeyType = unsigned;
    using ValueType = Value;
 
    // Visits the slots that hold something, by ascending index. Checked: an ended one fails the
    // assertion "iter_".
    class Iterator {
-    public:
+   public:
       using value_type = Value;
       using difference_type = ptrdiff_t;
       using reference = Value const &;
@@ -32,35 +32,32 @@ class IndexedArray {
 
       Iterator() = default;
 
-      unsigned
-      index() const {
+      unsigned index() const {
          check();
          return static_cast< unsigned >( at_ );
       }
-      Value const &
-      operator*() const {
+      Value const & operator*() const {
          check();
-         return array_->slots_[ at_ ];
+         return array_->slots_[at_];
       }
-      Iterator &
-      operator++() {
+      Iterator & operator++() {
          check();
          at_ = array_->heldFrom( at_ + 1 );
          return *this;
       }
-      Iterator
-      operator++( int ) {
+      Iterator operator++( int ) {
          Iterator before = *this;
          ++*this;
          return before;
       }
       friend bool operator==( Iterator const & a, Iterator const & b ) { return a.at_ == b.at_; }
 
-    private:
+   private:
       friend class IndexedArray;
-      Iterator( IndexedArray const * array, size_t at ) : array_( array ), at_( at ) {}
-      void
-      check() const {
+      Iterator( IndexedArray const * array, size_t at )
+         : array_( array )
+         , at_( at ) {}
+      void check() const {
          bool const iter_ = array_ && at_ < array_->slots_.size();
          VORN_ASSERT( iter_ );
       }
@@ -73,25 +70,22 @@ class IndexedArray {
    bool empty() const { return slots_.empty(); }
 
    // The value at the index; empty past the end.
-   Value const &
-   at( unsigned index ) const {
+   Value const & at( unsigned index ) const {
       static Value const nothing{};
-      return index < slots_.size() ? slots_[ index ] : nothing;
+      return index < slots_.size() ? slots_[index] : nothing;
    }
-   void
-   set( unsigned index, Value const & value ) {
-      if( index >= slots_.size() ) {
+   void set( unsigned index, Value const & value ) {
+      if ( index >= slots_.size() ) {
          grow( size_t{ index } + 1 );
       }
-      slots_[ index ] = value;
+      slots_[index] = value;
    }
    // Room for this many entries, taken at once so that filling the array copies nothing.
    void reserve( size_t entries ) { slots_.reserve( std::min( entries, rulesMax ) ); }
    // Empties the slot.
-   void
-   erase( unsigned index ) {
-      if( index < slots_.size() ) {
-         slots_[ index ] = Value();
+   void erase( unsigned index ) {
+      if ( index < slots_.size() ) {
+         slots_[index] = Value();
       }
    }
    void erase( Iterator const & where ) { erase( where.index() ); }
@@ -100,15 +94,13 @@ class IndexedArray {
    Iterator begin() const { return { this, heldFrom( 0 ) }; }
    Iterator end() const { return { this, slots_.size() }; }
 
- private:
-   void
-   grow( size_t newEntries ) {
+private:
+   void grow( size_t newEntries ) {
       VORN_ASSERT( newEntries < 2003004 );
       slots_.resize( newEntries );
    }
-   size_t
-   heldFrom( size_t at ) const {
-      while( at < slots_.size() && !slots_[ at ] ) {
+   size_t heldFrom( size_t at ) const {
+      while ( at < slots_.size() && !slots_[at] ) {
          ++at;
       }
       return at;

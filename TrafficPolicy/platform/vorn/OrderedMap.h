@@ -19,12 +19,12 @@ template< typename Key, typename Value >
 class OrderedMap {
    using Tree = std::map< Key, Value >;
 
- public:
+public:
    using KeyType = Key;
    using ValueType = Value;
 
    class Iterator {
-    public:
+   public:
       using value_type = typename Tree::value_type;
       using difference_type = ptrdiff_t;
       using reference = value_type const &;
@@ -33,37 +33,32 @@ class OrderedMap {
 
       Iterator() = default;
 
-      value_type const &
-      operator*() const {
+      value_type const & operator*() const {
          VORN_ASSERT( iter_ );
          return *iter_.at;
       }
       value_type const * operator->() const { return &**this; }
-      Iterator &
-      operator++() {
+      Iterator & operator++() {
          VORN_ASSERT( iter_ );
          ++iter_.at;
          return *this;
       }
-      Iterator
-      operator++( int ) {
+      Iterator operator++( int ) {
          Iterator before = *this;
          ++*this;
          return before;
       }
-      friend bool
-      operator==( Iterator const & a, Iterator const & b ) {
+      friend bool operator==( Iterator const & a, Iterator const & b ) {
          return a.iter_.at == b.iter_.at;
       }
 
-    private:
+   private:
       friend class OrderedMap;
       struct Position {
          OrderedMap const * map = nullptr;
          typename Tree::const_iterator at;
          uint32_t generation = 0;
-         explicit
-         operator bool() const {
+         explicit operator bool() const {
             return map && generation == map->generation_ && at != map->tree_.end();
          }
       };
@@ -83,43 +78,36 @@ class OrderedMap {
    bool contains( Key const & key ) const { return tree_.contains( key ); }
 
    // The key's value, or null.
-   Value const *
-   lookup( Key const & key ) const {
+   Value const * lookup( Key const & key ) const {
       auto const found = tree_.find( key );
       return found == tree_.end() ? nullptr : &found->second;
    }
-   Value *
-   lookup( Key const & key ) {
+   Value * lookup( Key const & key ) {
       auto const found = tree_.find( key );
       return found == tree_.end() ? nullptr : &found->second;
    }
 
    // Inserts or overwrites. True when it was inserted.
-   bool
-   set( Key const & key, Value value ) {
+   bool set( Key const & key, Value value ) {
       return tree_.insert_or_assign( key, std::move( value ) ).second;
    }
-   bool
-   erase( Key const & key ) {
+   bool erase( Key const & key ) {
       bool const erased = tree_.erase( key ) != 0;
       generation_ += erased;
       return erased;
    }
-   void
-   erase( Iterator const & where ) {
+   void erase( Iterator const & where ) {
       where.check();
       tree_.erase( where.iter_.at );
       ++generation_;
    }
-   void
-   clear() {
+   void clear() {
       tree_.clear();
       ++generation_;
    }
 
- private:
-   Iterator
-   iterator( typename Tree::const_iterator at ) const {
+private:
+   Iterator iterator( typename Tree::const_iterator at ) const {
       Iterator result;
       result.iter_ = { this, at, generation_ };
       return result;

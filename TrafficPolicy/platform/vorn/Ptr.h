@@ -13,31 +13,39 @@ namespace Vorn {
 
 template< typename T >
 class Ptr {
- public:
+public:
    using Element = T;
 
    constexpr Ptr() noexcept = default;
    constexpr Ptr( std::nullptr_t ) noexcept {}
    // Shares ownership of an entity that is already held by a Ptr, or newly created.
-   explicit Ptr( T * object ) noexcept : object_( object ) { acquire(); }
-   Ptr( Ptr const & other ) noexcept : object_( other.object_ ) { acquire(); }
-   Ptr( Ptr && other ) noexcept : object_( std::exchange( other.object_, nullptr ) ) {}
+   explicit Ptr( T * object ) noexcept
+      : object_( object ) {
+      acquire();
+   }
+   Ptr( Ptr const & other ) noexcept
+      : object_( other.object_ ) {
+      acquire();
+   }
+   Ptr( Ptr && other ) noexcept
+      : object_( std::exchange( other.object_, nullptr ) ) {}
    template< typename U >
-      requires std::convertible_to< U *, T * >
-   Ptr( Ptr< U > const & other ) noexcept : object_( other.get() ) {
+      requires std::convertible_to< U *, T * > Ptr( Ptr< U > const & other )
+   noexcept
+      : object_( other.get() ) {
       acquire();
    }
    template< typename U >
-      requires std::convertible_to< U *, T * >
-   Ptr( Ptr< U > && other ) noexcept : object_( other.release() ) {}
+      requires std::convertible_to< U *, T * > Ptr( Ptr< U > && other )
+   noexcept
+      : object_( other.release() ) {}
    ~Ptr() {
-      if( object_ ) {
+      if ( object_ ) {
          object_->referenceDrop();
       }
    }
 
-   Ptr &
-   operator=( Ptr other ) noexcept {
+   Ptr & operator=( Ptr other ) noexcept {
       std::swap( object_, other.object_ );
       return *this;
    }
@@ -50,13 +58,14 @@ class Ptr {
    // Gives up the reference without dropping it; the caller owns one count.
    T * release() noexcept { return std::exchange( object_, nullptr ); }
 
-   friend bool operator==( Ptr const & a, Ptr const & b ) noexcept { return a.object_ == b.object_; }
+   friend bool operator==( Ptr const & a, Ptr const & b ) noexcept {
+      return a.object_ == b.object_;
+   }
    friend bool operator==( Ptr const & a, std::nullptr_t ) noexcept { return !a.object_; }
 
- private:
-   void
-   acquire() noexcept {
-      if( object_ ) {
+private:
+   void acquire() noexcept {
+      if ( object_ ) {
          object_->referenceAdd();
       }
    }

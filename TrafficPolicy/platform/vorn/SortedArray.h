@@ -1,5 +1,5 @@
-// A map in ascending key order that stands in one array: for the sequence of a policy's rules, which
-// is long and arrives in order, and for the few actions of a rule.
+// A map in ascending key order that stands in one array: for the sequence of a policy's rules,
+// which is long and arrives in order, and for the few actions of a rule.
 //
 // Appending in key order is constant; insertion elsewhere moves what stands behind. Whoever fills a
 // long one sorts first.
@@ -15,7 +15,7 @@ namespace Vorn {
 
 template< typename Key, typename Value >
 class SortedArray {
- public:
+public:
    using KeyType = Key;
    using ValueType = Value;
    struct Entry {
@@ -33,31 +33,28 @@ class SortedArray {
    void reserve( size_t entries ) { entries_.reserve( entries ); }
 
    // The key's value, or null.
-   Value const *
-   lookup( Key const & key ) const {
+   Value const * lookup( Key const & key ) const {
       auto const found = lowerBound( key );
       return found != entries_.end() && found->key == key ? &found->value : nullptr;
    }
 
    // Inserts or overwrites. True when it was inserted.
-   bool
-   set( Key const & key, Value value ) {
-      if( entries_.empty() || entries_.back().key < key ) {
+   bool set( Key const & key, Value value ) {
+      if ( entries_.empty() || entries_.back().key < key ) {
          entries_.push_back( Entry{ key, std::move( value ) } );
          return true;
       }
       auto const found = entries_.begin() + ( lowerBound( key ) - entries_.cbegin() );
-      if( found->key == key ) {
+      if ( found->key == key ) {
          found->value = std::move( value );
          return false;
       }
       entries_.insert( found, Entry{ key, std::move( value ) } );
       return true;
    }
-   bool
-   erase( Key const & key ) {
+   bool erase( Key const & key ) {
       auto const found = lowerBound( key );
-      if( found == entries_.end() || !( found->key == key ) ) {
+      if ( found == entries_.end() || !( found->key == key ) ) {
          return false;
       }
       entries_.erase( found );
@@ -65,9 +62,8 @@ class SortedArray {
    }
    void clear() { entries_.clear(); }
 
- private:
-   auto
-   lowerBound( Key const & key ) const {
+private:
+   auto lowerBound( Key const & key ) const {
       return std::lower_bound( entries_.begin(), entries_.end(), key,
                                []( Entry const & a, Key const & b ) { return a.key < b; } );
    }

@@ -18,7 +18,7 @@
 namespace Vorn {
 
 class String {
- public:
+public:
    // The text is readable up to a multiple of this many bytes, so that a short one may be copied
    // in whole words; what stands behind its end is zero.
    static constexpr size_t padding = 8;
@@ -26,20 +26,22 @@ class String {
    constexpr String() noexcept = default;
    // Throws std::length_error for a text of 4 GiB or more.
    String( std::string_view text );
-   String( char const * text ) : String( std::string_view( text ) ) {}
-   String( String const & other ) noexcept : block_( other.block_ ) {
-      if( block_ ) {
+   String( char const * text )
+      : String( std::string_view( text ) ) {}
+   String( String const & other ) noexcept
+      : block_( other.block_ ) {
+      if ( block_ ) {
          countAdd( block_->references, 1u );
       }
    }
-   String( String && other ) noexcept : block_( std::exchange( other.block_, nullptr ) ) {}
+   String( String && other ) noexcept
+      : block_( std::exchange( other.block_, nullptr ) ) {}
    ~String() {
-      if( block_ && countSub( block_->references, 1u ) == 0 ) {
+      if ( block_ && countSub( block_->references, 1u ) == 0 ) {
          destroy( block_ );
       }
    }
-   String &
-   operator=( String other ) noexcept {
+   String & operator=( String other ) noexcept {
       std::swap( block_, other.block_ );
       return *this;
    }
@@ -56,15 +58,14 @@ class String {
    // True when both are handles to the same block: equal at the price of one comparison.
    bool same( String const & other ) const noexcept { return block_ == other.block_; }
 
-   friend bool
-   operator==( String const & a, String const & b ) noexcept {
-      return a.block_ == b.block_ || ( a.block_ && b.block_ && a.block_->hash == b.block_->hash &&
-                                       a.view() == b.view() );
+   friend bool operator==( String const & a, String const & b ) noexcept {
+      return a.block_ == b.block_
+             || ( a.block_ && b.block_ && a.block_->hash == b.block_->hash
+                  && a.view() == b.view() );
    }
    friend bool operator==( String const & a, std::string_view b ) noexcept { return a.view() == b; }
    // Byte by byte, as unsigned values; a prefix comes first.
-   friend std::strong_ordering
-   operator<=>( String const & a, String const & b ) noexcept {
+   friend std::strong_ordering operator<=>( String const & a, String const & b ) noexcept {
       return a.view() <=> b.view();
    }
 
@@ -73,7 +74,7 @@ class String {
    // The hash that a String of this text has.
    static uint32_t hashOf( std::string_view text ) noexcept;
 
- private:
+private:
    struct Block {
       uint32_t references;
       uint32_t size;

@@ -13,9 +13,8 @@ inline bool threadSafePointers = false;
 
 // Adds to a counter under the switch's rule and returns the new value.
 template< typename Number >
-inline Number
-countAdd( Number & counter, Number amount ) {
-   if( threadSafePointers ) [[unlikely]] {
+inline Number countAdd( Number & counter, Number amount ) {
+   if ( threadSafePointers ) [[unlikely]] {
       return std::atomic_ref( counter ).fetch_add( amount, std::memory_order_acq_rel ) + amount;
    }
    counter += amount;
@@ -24,9 +23,8 @@ countAdd( Number & counter, Number amount ) {
 
 // The counterpart of countAdd.
 template< typename Number >
-inline Number
-countSub( Number & counter, Number amount ) {
-   if( threadSafePointers ) [[unlikely]] {
+inline Number countSub( Number & counter, Number amount ) {
+   if ( threadSafePointers ) [[unlikely]] {
       return std::atomic_ref( counter ).fetch_sub( amount, std::memory_order_acq_rel ) - amount;
    }
    counter -= amount;

@@ -14,18 +14,21 @@ namespace Vorn {
 struct TraceText {
    constexpr TraceText( char const * messageText,
                         char const * callingFunction = __builtin_FUNCTION() )
-       : text( messageText ), function( callingFunction ) {}
+      : text( messageText )
+      , function( callingFunction ) {}
    char const * text;
    char const * function;
 };
 
 class TraceFacility {
- public:
+public:
    // Takes a finished message: level, function, text. May be called for every message.
    using Sink = void ( * )( TraceFacility const & facility, int level, std::string_view function,
                             std::string_view text );
 
-   constexpr TraceFacility( char const * name, Sink sink ) : name_( name ), sink_( sink ) {}
+   constexpr TraceFacility( char const * name, Sink sink )
+      : name_( name )
+      , sink_( sink ) {}
 
    std::string_view name() const { return name_; }
 
@@ -37,9 +40,8 @@ class TraceFacility {
 
    // The message is the text followed by the values, each in its printed form.
    template< typename... Values >
-   void
-   write( int level, TraceText message, Values const &... values ) const {
-      if( enabled( level ) ) [[unlikely]] {
+   void write( int level, TraceText message, Values const &... values ) const {
+      if ( enabled( level ) ) [[unlikely]] {
          std::ostringstream text;
          text << message.text;
          ( ( text << values ), ... );
@@ -51,7 +53,7 @@ class TraceFacility {
    static void toStandardError( TraceFacility const & facility, int level,
                                 std::string_view function, std::string_view text );
 
- private:
+private:
    char const * name_;
    Sink sink_;
    uint32_t mask_ = 0;

@@ -1,43 +1,45 @@
 #include "TrafficPolicy/platform/vorn/TypeRecord.h"
 
+#include "TrafficPolicy/platform/vorn/Pool.h"
 #include "TrafficPolicy/platform/vorn/Threading.h"
 
-#include <new>
+#include <algorithm>
+#include <utility>
 
 namespace Vorn {
 
-TypeRecord::TypeRecord( std::string_view name, size_t objectSize, TypeRecord const * base,
-                        Attributes attributes, ConstructorRow const * constructor ) noexcept
-    : name_( name ),
-      objectSize_( objectSize ),
-      base_( base ),
-      attributes_( attributes ),
-      constructor_( constructor ),
-      next_( first_ ) {
-   first_ = this;
-}
-
-void *
-TypeRecord::allocate() const {
-   void * memory = ::operator new( objectSize_ );
+void * TypeRecord::allocate() const {
+   void * memory = Pool::allocate( objectSize_ );
    countAdd( objects_, size_t{ 1 } );
    return memory;
 }
 
-void
-TypeRecord::deallocate( void * memory ) const noexcept {
+void TypeRecord::deallocate( void * memory ) const noexcept {
    countSub( objects_, size_t{ 1 } );
-   ::operator delete( memory, objectSize_ );
+   Pool::release( memory, objectSize_ );
 }
 
-TypeRecord const *
-TypeRecord::find( std::string_view name ) {
-   for( TypeRecord const * record = first_; record; record = record->next_ ) {
-      if( record->name_ == name ) {
+TypeRecord const * TypeRecord::find( std::string_view name ) {
+   for ( TypeRecord const * record = first_; record; record = record->next_ ) {
+      if ( record->name_ == name ) {
          return record;
       }
    }
    return nullptr;
+}
+
+std::vector< TypeRecord const * > TypeRecord::sorted() {
+   std::vector< TypeRecord const * > result;
+   for ( TypeRecord const * record = first_; record; record = record->next_ ) {
+      result.push_back( record );
+   }
+   std::sort( result.begin(), result.end(),
+              []( auto const * a, auto const * b ) { return a->name() < b->name(); } );
+   return result;
+}
+
+Registration::Registration( TypeRecord const & record ) noexcept {
+   record.next_ = std::exchange( TypeRecord::first_, &record );
 }
 
 } // namespace Vorn

@@ -1,0 +1,84 @@
+#include "TrafficPolicy/platform/vorn/Pool.h"
+
+#include "TrafficPolicy/platform/vorn/Threading.h"
+
+#include <algorithm>
+#include <array>
+#include <mutex>
+#include <new>
+#include <utility>
+
+namespace Vorn::Pool {
+
+namespace {
+
+// Larger blocks are the system allocator's business. Under a sanitizer all are, so that it sees
+// each of them.
+#ifdef __SANITIZE_ADDRESS__
+constexpr size_t pooledMax = 0;
+#else
+constexpr size_t pooledMax = 256;
+#endif
+
+constexpr size_t firstChunk = size_t{ 16 } << 10;
+constexpr size_t lastChunk = size_t{ 1 } << 20;
+
+struct FreeBlock {
+   FreeBlock * next;
+};
+
+// A stack of released blocks per size, and a chunk to cut new ones from.
+struct State {
+   std::array< FreeBlock *, pooledMax / alignment + 1 > released{};
+   char * at = nullptr;
+   size_t left = 0;
+   size_t chunk = firstChunk;
+};
+constinit State state;
+constinit std::mutex mutex;
+
+std::unique_lock< std::mutex > lockIfShared() {
+   return threadSafePointers ? std::unique_lock( mutex ) : std::unique_lock< std::mutex >();
+}
+
+size_t sizeClass( size_t bytes ) {
+   return ( bytes + alignment - 1 ) / alignment;
+}
+
+// What is left of the old chunk is less than one block and stays unused.
+void startChunk() {
+   state.at = static_cast< char * >( ::operator new( state.chunk ) );
+   state.left = state.chunk;
+   state.chunk = std::min( state.chunk * 2, lastChunk );
+}
+
+} // namespace
+
+void * allocate( size_t bytes ) {
+   if ( bytes > pooledMax || bytes == 0 ) {
+      return ::operator new( bytes );
+   }
+   auto const lock = lockIfShared();
+   size_t const index = sizeClass( bytes );
+   if ( FreeBlock * const block = state.released[index] ) {
+      state.released[index] = block->next;
+      return block;
+   }
+   if ( state.left < index * alignment ) {
+      startChunk();
+   }
+   state.left -= index * alignment;
+   return std::exchange( state.at, state.at + index * alignment );
+}
+
+void release( void * block, size_t bytes ) noexcept {
+   if ( bytes > pooledMax || bytes == 0 ) {
+      ::operator delete( block );
+      return;
+   }
+   auto const lock = lockIfShared();
+   FreeBlock *& first = state.released[sizeClass( bytes )];
+   first = ::new ( block ) FreeBlock{ first };
+}
+
+} // namespace Vorn::Pool
