@@ -42,7 +42,10 @@ ActionWriter::ActionWriter( wendo::RendererV2 & renderer, PolicyState const & po
 void ActionWriter::renderActions( Vorn::String const & className,
                                   PolicyMap::ClassMapStatus const & classStatus, unsigned indent ) {
    static constexpr JsonKey actionsKey( "actions" );
-   trace.write( 8, "void TrafficPolicyCli::renderActions", className, ", ", policyState_.name() );
+   trace.write( 8,
+                "void TrafficPolicyCli::renderActions(wendo::RendererV2&, Vorn::String, "
+                "const PtrConst&, const PtrConst&, bool, U32) ",
+                className, ", ", policyState_.name() );
    auto const * classAction = classActions_.find( className );
    auto const ours = []( auto const & entry ) {
       return static_cast< uint32_t >( entry.key ) <= PolicyMap::actionTypeMax;

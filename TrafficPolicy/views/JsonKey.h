@@ -31,6 +31,8 @@ public:
    // The quoted name and the colon: size() bytes, readable up to room.
    constexpr char const * text() const { return text_; }
    constexpr size_t size() const { return size_; }
+   // The name alone.
+   constexpr std::string_view name() const { return { text_ + 1, size_ - 3u }; }
 
 private:
    char text_[room] = {};

@@ -4,10 +4,9 @@
 
 namespace TrafficPolicyCli {
 
-void traceList( std::string_view signature, CliLabel const & label ) {
-   trace.write( 8, "", signature, ", ", label.text() );
-   trace.write( 8, "", label.text(), " --> ",
-                std::string_view( label.key().text() + 1, label.key().size() - 3 ) );
+void traceList( Vorn::TraceText const & signature, CliLabel const & label ) {
+   trace.write( 8, signature, label.text() );
+   trace.write( 8, { "", signature.function }, label.text(), " --> ", label.key().name() );
 }
 
 std::string_view numericalValueToStrFor( CliLabel const & label, uint32_t value,
@@ -47,7 +46,9 @@ void writeRange( wendo::RendererV2 & renderer, CliLabel const & label,
 
 void renderPrefixSet( wendo::RendererV2 & renderer, CliLabel const & label,
                       Vorn::HashSet< Pelx::IpGenPrefix > const & prefixes, unsigned indent ) {
-   traceList( "void TrafficPolicyCli::renderPrefixSet", label );
+   traceList( "void TrafficPolicyCli::renderPrefixSet(wendo::RendererV2&, Vorn::String, "
+              "const Set&, U32) ",
+              label );
    renderSorted< Pelx::IpGenPrefix >(
       renderer, label, prefixes, indent, [&]( Pelx::IpGenPrefix const & prefix ) {
          if ( renderer.isJson() ) {
@@ -60,7 +61,9 @@ void renderPrefixSet( wendo::RendererV2 & renderer, CliLabel const & label,
 
 void renderFieldSet( wendo::RendererV2 & renderer, CliLabel const & label,
                      Vorn::HashSet< Vorn::String > const & names, unsigned indent ) {
-   traceList( "void TrafficPolicyCli::renderFieldSet", label );
+   traceList( "void TrafficPolicyCli::renderFieldSet(wendo::RendererV2&, Vorn::String, "
+              "const Set&, U32) ",
+              label );
    renderSorted< Vorn::String >( renderer, label, names, indent, [&]( Vorn::String const & name ) {
       if ( renderer.isJson() ) {
          renderer._addJsonKeyValuePair( wendo::listElement, name );

@@ -51,7 +51,8 @@ private:
 void writeRange( wendo::RendererV2 & renderer, CliLabel const & label,
                  Classification::NumericalRange const & range, ClassMapMatchOption matchOption );
 
-void traceList( std::string_view signature, CliLabel const & label );
+// The trace of a list writer on entry, and after its key is known.
+void traceList( Vorn::TraceText const & signature, CliLabel const & label );
 
 // A list whose elements are written by one call each.
 template< typename Element, typename Writer >
@@ -82,7 +83,9 @@ template< typename Range >
 void renderNumericalRange( wendo::RendererV2 & renderer, CliLabel const & label,
                            Vorn::HashSet< Range > const & ranges, unsigned indent,
                            ClassMapMatchOption matchOption ) {
-   traceList( "void TrafficPolicyCli::renderNumericalRange", label );
+   traceList( "void TrafficPolicyCli::renderNumericalRange(wendo::RendererV2&, Vorn::String, "
+              "const Set&, U32, PolicyMap::ClassMapMatchOption) ",
+              label );
    renderSorted< Range >( renderer, label, ranges, indent, [&]( Range const & range ) {
       if ( renderer.isJson() ) {
          renderer._addJsonRangeEntry( range.low, range.high );

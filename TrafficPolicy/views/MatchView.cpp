@@ -79,7 +79,8 @@ void renderMatches( RendererV2 & renderer, PolicyState const & policyState,
 
    StructuredFilter const * filter = classMapMatch.structuredFilter().get();
    if ( !filter ) {
-      trace.write( 7, "void TrafficPolicyCli::renderMatches structured filter not found" );
+      trace.write( 7, "void TrafficPolicyCli::renderMatches(wendo::RendererV2&, const PtrConst&, "
+                      "const PtrConst&, U32) structured filter not found" );
       return;
    }
    ClassMapMatchOption const option = classMapMatch.matchOption();

@@ -60,8 +60,7 @@ template< typename Binding >
 void renderInstallErrors( RendererV2 & renderer, JsonKey const & key,
                           typename Binding::State const & state, ClassMapMatchOption option,
                           unsigned indent ) {
-   trace.write( 8, "", policyViewLabels< Binding >.errorsSignature,
-                std::string_view( key.text() + 1, key.size() - 3 ), ", ", option );
+   trace.write( 8, "", policyViewLabels< Binding >.errorsSignature, key.name(), ", ", option );
    auto const * errors = Binding::errors( state, option );
    if ( !errors ) {
       trace.write( 8, "No installation errors to render" );
@@ -90,7 +89,7 @@ void renderRulesModel( RendererV2 & renderer, unsigned ruleCount ) {
 }
 
 template< typename Binding >
-void renderErrorsModel( RendererV2 & renderer, typename Binding::State const & state ) {
+void renderCommonErrorsModel( RendererV2 & renderer, typename Binding::State const & state ) {
    auto const * policyState = &state;
    VORN_ASSERT( !policyState->detail() );
    for ( FamilyLabels const & family : policyViewLabels< Binding >.families ) {
@@ -102,7 +101,7 @@ void renderErrorsModel( RendererV2 & renderer, typename Binding::State const & s
 }
 
 template< typename Binding >
-void renderNormalModel( RendererV2 & renderer, typename Binding::State const & state ) {
+void renderCommonModel( RendererV2 & renderer, typename Binding::State const & state ) {
    auto const & labels = policyViewLabels< Binding >;
    renderListEntry< Binding >( renderer, labels.configured, &Binding::configured( state ),
                                state.detail() );
@@ -131,7 +130,8 @@ void renderRuleSummary( RendererV2 & renderer, Vorn::String const & ruleName,
    }
 }
 
-void renderRules( RendererV2 & renderer, PolicyState const & state, bool countersPerInterface ) {
+void renderRules( RendererV2 & renderer, PolicyState const & state, bool countersPerInterface,
+                  char const * ruleFunction ) {
    static constexpr JsonKey rules( "rules" );
    unsigned const detailIndent = state.indentCountPerLevel() + 6;
    ActionWriter actions( renderer, state, countersPerInterface );
@@ -142,7 +142,7 @@ void renderRules( RendererV2 & renderer, PolicyState const & state, bool counter
       renderer.startJsonListEntry();
       renderRuleSummary( renderer, status.name(), match.matchOption() );
       if ( !state.summary() ) {
-         trace.write( 8, "Rendering detailed view of the rule ", status.name() );
+         trace.write( 8, { "Rendering detailed view of the rule ", ruleFunction }, status.name() );
          renderMatches( renderer, state, match, detailIndent );
          actions.renderActions( status.name(), status, detailIndent );
       }
@@ -160,11 +160,12 @@ void renderPolicy( RendererV2 & renderer, typename Binding::State const & state,
    }
    renderer.startJsonObject( state.name() );
    if ( state.errors() ) {
-      renderErrorsModel< Binding >( renderer, state );
+      renderCommonErrorsModel< Binding >( renderer, state );
    } else {
-      renderNormalModel< Binding >( renderer, state );
+      renderCommonModel< Binding >( renderer, state );
       renderNamedCounter( renderer, state );
-      renderRules( renderer, state, countersPerInterface );
+      renderRules( renderer, state, countersPerInterface,
+                   policyViewLabels< Binding >.ruleFunction );
    }
    renderer.endJsonDict();
 }

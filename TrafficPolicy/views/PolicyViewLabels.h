@@ -27,7 +27,9 @@ struct PolicyViewLabels {
    ListLabel configured;
    FamilyLabels families[2]; // in output order
    std::string_view failedWarning;
-   std::string_view errorsSignature; // of the function that writes errors, for the trace
+   // For the trace: the function that writes a rule, the signature of the one that writes errors.
+   char const * ruleFunction;
+   std::string_view errorsSignature;
 };
 
 template< typename Binding >
@@ -50,6 +52,7 @@ inline constexpr PolicyViewLabels policyViewLabels< CpuBinding >{
                    wendo::JsonKey( "ipv6InstallationErrors" ) } },
    .failedWarning = "WARNING: Policy installation failed. See \"show traffic-policy cpu errors\" "
                     "for details about the failures.\n",
+   .ruleFunction = "renderCpuRule",
    .errorsSignature = "void TrafficPolicyCli::renderCpuInstallErrors(wendo::RendererV2&, "
                       "Vorn::String, const PtrConst&, PolicyMap::ClassMapMatchOption, U32)",
 };
@@ -71,6 +74,7 @@ inline constexpr PolicyViewLabels policyViewLabels< InterfaceBinding >{
                    wendo::JsonKey( "ipv6InstallationErrors" ) } },
    .failedWarning = "WARNING: Policy installation failed. See \"show traffic-policy interface "
                     "errors\" for details about the failures.\n",
+   .ruleFunction = "renderInterfaceRule",
    .errorsSignature = "void TrafficPolicyCli::renderInterfaceInstallErrors(wendo::RendererV2&, "
                       "Vorn::String, const PtrConst&, PolicyMap::ClassMapMatchOption, U32)",
 };

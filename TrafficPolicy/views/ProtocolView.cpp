@@ -170,7 +170,9 @@ void renderProtocolsText( RendererV2 & renderer, SortedView< ProtocolEntry > con
 void renderProtocol( RendererV2 & renderer,
                      Classification::StructuredFilter const & structuredFilter, unsigned indent,
                      unsigned step, ClassMapMatchOption matchOption ) {
-   traceList( "void TrafficPolicyCli::renderProtocol", protocolLabel );
+   traceList( "void TrafficPolicyCli::renderProtocol(wendo::RendererV2&, Vorn::String, "
+              "const PtrConst&, U32, U32, PolicyMap::ClassMapMatchOption) ",
+              protocolLabel );
    SortedView< ProtocolEntry > const protocols( structuredFilter.protocols() );
    if ( renderer.isJson() ) {
       renderProtocolsJson( renderer, protocols, matchOption );

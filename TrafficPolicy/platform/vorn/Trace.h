@@ -45,7 +45,9 @@ public:
          std::ostringstream text;
          text << message.text;
          ( ( text << values ), ... );
-         sink_( *this, level, message.function, text.view() );
+         // A template's name comes with its arguments, which say nothing here.
+         std::string_view const function = message.function;
+         sink_( *this, level, function.substr( 0, function.find( '<' ) ), text.view() );
       }
    }
 
