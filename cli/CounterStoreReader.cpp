@@ -53,8 +53,8 @@ public:
          list.list( [&]( JsonValue v ) { readNamedCounter( v ); } );
       };
       root.object(
-         optional( "timestamp", [&]( JsonValue & v ) { store_.timestampIs( v.real() ); } ),
-         optional( "rules", rules ), optional( "namedCounters", namedCounters ) );
+         required( "timestamp", [&]( JsonValue & v ) { store_.timestampIs( v.real() ); } ),
+         required( "rules", rules ), required( "namedCounters", namedCounters ) );
    }
 
 private:
@@ -117,7 +117,7 @@ private:
 
 Vorn::Ptr< Counter > readCounterStore( std::string const & path,
                                        PolicyMap::PolicyMapTypeStatus const & status ) {
-   auto const store = Vorn::create< Counter >();
+   auto store = Vorn::create< Counter >();
    struct stat present {};
    if ( path.empty() || ( ::stat( path.c_str(), &present ) < 0 && errno == ENOENT ) ) {
       return store;

@@ -42,7 +42,7 @@ std::string pointerToken( std::string_view name ) {
 // when there is none. For little-endian machines, as the switch's is.
 uint64_t quotesOrBackslashes( char const * bytes ) {
    constexpr uint64_t ones = 0x0101010101010101;
-   uint64_t word;
+   uint64_t word = 0;
    std::memcpy( &word, bytes, sizeof word );
    auto const zeroBytes = []( uint64_t w ) { return ( w - ones ) & ~w & ones * 0x80; };
    return zeroBytes( word ^ ( ones * '"' ) ) | zeroBytes( word ^ ( ones * '\\' ) );

@@ -3,9 +3,9 @@
 #include <malloc.h>
 #include <sys/mman.h>
 
-#include <cstdint>
 #include <cstdlib>
 #include <limits>
+#include <memory>
 
 namespace tpcli {
 
@@ -40,11 +40,10 @@ void expectAllocations( size_t bytes ) {
    if ( !block ) {
       return;
    }
-   auto const begin =
-      ( reinterpret_cast< uintptr_t >( block ) + largePage - 1 ) & ~( largePage - 1 );
-   auto const end = ( reinterpret_cast< uintptr_t >( block ) + bytes - 1 ) & ~( largePage - 1 );
-   if ( begin < end ) {
-      ::madvise( reinterpret_cast< void * >( begin ), end - begin, MADV_HUGEPAGE );
+   void * begin = block;
+   size_t room = bytes - 1;
+   if ( std::align( largePage, largePage, begin, room ) ) {
+      ::madvise( begin, room / largePage * largePage, MADV_HUGEPAGE );
    }
    std::free( block );
 }

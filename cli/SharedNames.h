@@ -46,7 +46,7 @@ public:
       if ( at_ != end_ && at_->key == text ) {
          return ( at_++ )->key;
       }
-      return Vorn::String( text );
+      return { text };
    }
 
 private:

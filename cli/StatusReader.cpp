@@ -13,7 +13,6 @@ namespace {
 
 using PolicyMap::ClassMapStatus;
 using PolicyMap::IntfStatus;
-using PolicyMap::PacketAndByte;
 using PolicyMap::PacketDataStatus;
 using PolicyMap::PolicyMapStatus;
 using TrafficPolicy::CounterGranularity;

@@ -31,7 +31,7 @@ struct PrefixText {
 PrefixText split( std::string_view text ) {
    PrefixText prefix;
    size_t const slash = text.find( '/' );
-   if ( slash != text.npos && slash < sizeof prefix.address && text.find( '\0' ) == text.npos ) {
+   if ( slash < sizeof prefix.address && text.find( '\0' ) == text.npos ) {
       std::memcpy( prefix.address, text.data(), slash );
       prefix.length = prefixLength( text.substr( slash + 1 ) );
    }

@@ -7,6 +7,7 @@
 #include "TrafficPolicy/views/Reply.h"
 
 #include <cstdio>
+#include <utility>
 
 namespace TrafficPolicyCli {
 
@@ -20,7 +21,7 @@ ShowTrafficPolicyBase::ShowTrafficPolicyBase(
    : config_( config )
    , status_( status )
    , counter_( counter )
-   , policyName_( policyName )
+   , policyName_( std::move( policyName ) )
    , summary_( summary )
    , errors_( errors )
    , detail_( detail )
@@ -50,7 +51,7 @@ ShowTrafficPolicyBase::policyStateBy( Vorn::Ptr< PolicyState > ( *factory )( Vor
    if ( auto const * present = policyState( name ) ) {
       return *present;
    }
-   auto const state = factory( name );
+   auto state = factory( name );
    policyStateIs( name, state );
    return state;
 }

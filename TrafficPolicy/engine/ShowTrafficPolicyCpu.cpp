@@ -4,6 +4,8 @@
 #include "TrafficPolicy/platform/vorn/Describe.h"
 #include "TrafficPolicy/views/PolicyView.h"
 
+#include <utility>
+
 namespace TrafficPolicyCli {
 
 VORN_TYPE( ShowTrafficPolicyCpu )
@@ -16,15 +18,17 @@ ShowTrafficPolicyCpu::ShowTrafficPolicyCpu(
    Vorn::Ptr< PolicyMap::VrfConfig const > const & vrfConfig,
    Vorn::Ptr< Ip::AllVrfConfig const > const & allVrfConfig,
    Vorn::Ptr< L3::Intf::StatusDir const > const & l3IntfStatusDir )
-   : ShowTrafficPolicyBase( config, status, counter, policyName, summary, errors, detail, counters,
-                            countersPerInterface )
+   : ShowTrafficPolicyBase( config, status, counter, std::move( policyName ), summary, errors,
+                            detail, counters, countersPerInterface )
    , vrfConfig_( vrfConfig )
    , allVrfConfig_( allVrfConfig )
    , l3IntfStatusDir_( l3IntfStatusDir ) {}
 
 Vorn::Ptr< PolicyState > ShowTrafficPolicyCpu::getOrCreatePolicyState( Vorn::String policyName ) {
    return policyStateBy(
-      []( Vorn::String name ) -> Vorn::Ptr< PolicyState > { return policyStateCpuFactory( name ); },
+      []( Vorn::String name ) -> Vorn::Ptr< PolicyState > {
+         return policyStateCpuFactory( std::move( name ) );
+      },
       policyName );
 }
 

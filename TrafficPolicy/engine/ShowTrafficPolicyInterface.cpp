@@ -5,6 +5,8 @@
 #include "TrafficPolicy/platform/vorn/Describe.h"
 #include "TrafficPolicy/views/PolicyView.h"
 
+#include <utility>
+
 namespace TrafficPolicyCli {
 
 VORN_TYPE( ShowTrafficPolicyInterface )
@@ -16,8 +18,8 @@ ShowTrafficPolicyInterface::ShowTrafficPolicyInterface(
    bool errors, bool detail, bool counters, bool countersPerInterface,
    Vorn::Ptr< PolicyMap::IntfConfig const > const & intfConfig,
    Vorn::Ptr< TrafficPolicy::TrafficPolicyIntfParamStatus const > const & policyParamStatus )
-   : ShowTrafficPolicyBase( config, status, counter, policyName, summary, errors, detail, counters,
-                            countersPerInterface )
+   : ShowTrafficPolicyBase( config, status, counter, std::move( policyName ), summary, errors,
+                            detail, counters, countersPerInterface )
    , intfConfig_( intfConfig )
    , policyParamStatus_( policyParamStatus ) {}
 
@@ -25,7 +27,7 @@ Vorn::Ptr< PolicyState >
 ShowTrafficPolicyInterface::getOrCreatePolicyState( Vorn::String policyName ) {
    return policyStateBy(
       []( Vorn::String name ) -> Vorn::Ptr< PolicyState > {
-         return policyStateInterfaceFactory( name );
+         return policyStateInterfaceFactory( std::move( name ) );
       },
       policyName );
 }

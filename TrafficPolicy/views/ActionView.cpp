@@ -24,7 +24,7 @@ Map const & classActions( PolicyState const & policyState ) {
 // The record as the class that its type names; anything else is a broken invariant.
 template< typename Record >
 Record const & recordOf( PolicyMap::Action const * action ) {
-   Record const * record = PolicyMap::actionAs< Record >( action );
+   auto const * record = PolicyMap::actionAs< Record >( action );
    VORN_ASSERT( record );
    return *record;
 }

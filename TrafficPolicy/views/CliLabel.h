@@ -54,7 +54,7 @@ public:
 
    // The label of the same condition by field-sets: another key under the same text.
    static constexpr CliLabel fieldSet( std::string_view label ) {
-      return CliLabel( label, label, " field-set" );
+      return { label, label, " field-set" };
    }
 
    constexpr std::string_view text() const { return text_; }

@@ -22,7 +22,7 @@ inline constexpr auto pairs = [] {
 }();
 
 inline void putPair( char * to, uint32_t value ) {
-   std::memcpy( to, pairs.data() + 2 * value, 2 );
+   std::memcpy( to, pairs.data() + size_t{ 2 } * value, 2 );
 }
 
 // The digits of a value below 10'000, without leading zeros. Returns the end.

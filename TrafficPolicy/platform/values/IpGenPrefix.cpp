@@ -127,7 +127,7 @@ char * IpGenPrefix::printToBuffer( char * to ) const {
 uint32_t IpGenPrefix::hash() const {
    uint32_t hash = Vorn::hashMix( static_cast< uint32_t >( family_ ) << 8 | length_ );
    for ( size_t i = 0; i < bytes_.size(); i += 4 ) {
-      uint32_t word;
+      uint32_t word = 0;
       std::memcpy( &word, bytes_.data() + i, 4 );
       hash = Vorn::hashMix( hash ^ word );
    }

@@ -44,6 +44,18 @@ constexpr std::array< std::string_view, 148 > protocolNames = {
    "shim6", "wesp", "rohc", "ethernet", "aggfrag", "nsh", "homa", "bit-emu"
 };
 
+// IANA "Differentiated Services Field Codepoints".
+constexpr struct {
+   uint32_t value;
+   std::string_view name;
+} dscpNames[] = {
+   { 0, "cs0" },   { 1, "le" },    { 8, "cs1" },   { 10, "af11" }, { 12, "af12" },
+   { 14, "af13" }, { 16, "cs2" },  { 18, "af21" }, { 20, "af22" }, { 22, "af23" },
+   { 24, "cs3" },  { 26, "af31" }, { 28, "af32" }, { 30, "af33" }, { 32, "cs4" },
+   { 34, "af41" }, { 36, "af42" }, { 38, "af43" }, { 40, "cs5" },  { 44, "voice-admit" },
+   { 46, "ef" },   { 48, "cs6" },  { 56, "cs7" },
+};
+
 constexpr uint32_t ipv6Only[] = { 0, 43, 44, 58, 59, 60, 135, 140 };
 constexpr uint32_t ipv4Only[] = { 1, 2 };
 
@@ -60,56 +72,10 @@ std::string_view protocolExcept( uint32_t const ( &missing )[size], uint32_t num
 } // namespace
 
 std::string_view dscp( uint32_t codePoint ) {
-   switch ( codePoint ) {
-   case 0:
-      return "cs0";
-   case 1:
-      return "le";
-   case 8:
-      return "cs1";
-   case 10:
-      return "af11";
-   case 12:
-      return "af12";
-   case 14:
-      return "af13";
-   case 16:
-      return "cs2";
-   case 18:
-      return "af21";
-   case 20:
-      return "af22";
-   case 22:
-      return "af23";
-   case 24:
-      return "cs3";
-   case 26:
-      return "af31";
-   case 28:
-      return "af32";
-   case 30:
-      return "af33";
-   case 32:
-      return "cs4";
-   case 34:
-      return "af41";
-   case 36:
-      return "af42";
-   case 38:
-      return "af43";
-   case 40:
-      return "cs5";
-   case 44:
-      return "voice-admit";
-   case 46:
-      return "ef";
-   case 48:
-      return "cs6";
-   case 56:
-      return "cs7";
-   default:
-      return {};
-   }
+   auto const named =
+      std::find_if( std::begin( dscpNames ), std::end( dscpNames ),
+                    [&]( auto const & entry ) { return entry.value == codePoint; } );
+   return named == std::end( dscpNames ) ? std::string_view() : named->name;
 }
 
 std::string_view ipv4Protocol( uint32_t number ) {

@@ -44,7 +44,7 @@ Scan scan( std::string_view text ) {
    uint32_t escapes = 0;
    size_t at = 0;
    for ( ; at + 4 <= text.size(); at += 4 ) {
-      uint32_t word;
+      uint32_t word = 0;
       std::memcpy( &word, text.data() + at, 4 );
       hash = mix( hash, word );
       escapes |= needsEscape( word );
