@@ -1,14 +1,19 @@
 #include "cli/Runner.h"
 
+#include "TrafficPolicy/platform/vorn/Construct.h"
+#include "TrafficPolicy/platform/wendo/WendoBuffer.h"
 #include "cli/CounterStore.h"
 #include "cli/Errors.h"
+#include "cli/TypesCommand.h"
 
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <new>
+#include <sstream>
 #include <system_error>
+#include <vector>
 
 namespace tpcli {
 
@@ -22,23 +27,42 @@ void report( std::string const & problem ) {
    std::fprintf( stderr, "tpcli: %s\n", problem.c_str() );
 }
 
-void show( Options const & options, Command const & command, Workspace & workspace ) {
-   State & state = workspace.state = readState( options.statePath );
-   auto & store = workspace.counterStore;
-   store = readCounterStore( options.counterStorePath, *state.status );
+// A show object of the command's side, made by its class's name: the command layer knows the
+// library's classes as they describe themselves. Arguments in the order of the constructors.
+Vorn::Ptr< TrafficPolicyCli::ShowTrafficPolicyBase > makeShow( Command const & command,
+                                                               Workspace const & workspace ) {
+   State const & state = workspace.state;
+   std::vector< Vorn::Value > arguments{ state.config,   state.status,     workspace.counterStore,
+                                         command.name,   command.summary,  command.errors,
+                                         command.detail, command.counters, command.perInterface };
+   std::string_view className;
    if ( command.verb == Verb::showCpu ) {
-      workspace.show = TrafficPolicyCli::showTrafficPolicyCpuFactory(
-         state.config, state.status, store, std::string_view( command.name ), command.summary,
-         command.errors, command.detail, command.counters, command.perInterface, state.vrfConfig,
-         state.allVrfConfig, state.l3IntfStatusDir );
+      className = "TrafficPolicyCli::ShowTrafficPolicyCpu";
+      arguments.insert( arguments.end(),
+                        { state.vrfConfig, state.allVrfConfig, state.l3IntfStatusDir } );
    } else {
-      workspace.show = TrafficPolicyCli::showTrafficPolicyInterfaceFactory(
-         state.config, state.status, store, std::string_view( command.name ), command.summary,
-         command.errors, command.detail, command.counters, command.perInterface, state.intfConfig,
-         state.policyParamStatus );
+      className = "TrafficPolicyCli::ShowTrafficPolicyInterface";
+      arguments.insert( arguments.end(), { state.intfConfig, state.policyParamStatus } );
    }
+   auto const show = Vorn::construct( className, arguments );
+   return Vorn::Ptr( static_cast< TrafficPolicyCli::ShowTrafficPolicyBase * >( show.get() ) );
+}
+
+void show( Options const & options, Command const & command, Workspace & workspace ) {
+   workspace.state = readState( options.statePath );
+   workspace.counterStore = readCounterStore( options.counterStorePath, *workspace.state.status );
+   workspace.show = makeShow( command, workspace );
    unsigned const format = command.json || options.json ? formatJson : formatText;
    workspace.show->render( STDOUT_FILENO, format, revision );
+}
+
+// Written like every other reply, so that an error of the output is noticed in the same way.
+void types( Options const & options, Command const & command ) {
+   std::ostringstream text;
+   listTypes( text, command.name, command.json || options.json );
+   wendo::WendoBuffer buffer( STDOUT_FILENO, wendo::WendoBuffer::viewCapacity, false );
+   buffer.append( text.view() );
+   buffer.flush();
 }
 
 void clear( Options const & options, Workspace & workspace ) {
@@ -65,6 +89,7 @@ void run( Options const & options, std::vector< std::string > const & words,
       clear( options, workspace );
       break;
    case Verb::types:
+      types( options, command );
       break;
    }
 }

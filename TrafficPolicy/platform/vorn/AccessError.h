@@ -22,10 +22,7 @@ struct Place {
    std::string_view member; // an attribute or a parameter of the constructor
    std::string_view role = "a value";
 
-   Place
-   key() const {
-      return { className, member, "a key" };
-   }
+   Place key() const { return { className, member, "a key" }; }
    // The value is not of the type, or is outside its range for the given reason.
    [[noreturn]] void refuse( std::string_view type, Value const & value,
                              std::string_view reason = {} ) const;

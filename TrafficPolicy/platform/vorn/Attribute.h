@@ -13,14 +13,15 @@
 // A line makes the storage (lit_), the family of accessors (lit(), litIs( value )) and one row of
 // the class's type record, through which the command layer reaches the attribute by its name.
 // The inputs, in their order, are the arguments of the constructor, behind those of the base class.
-// These are macros because nothing else in the language makes a member's name. Each leaves the class
-// in its public part.
+// These are macros because nothing else in the language makes a member's name. Each leaves the
+// class in its public part.
 //
 // Accessors of every keyed attribute: x() is the collection, x( key ) looks a key up, xIs() inserts
 // (and says so by returning true) or overwrites, xDel() removes if present, xDelAll() empties.
 
 #pragma once
 
+#include "TrafficPolicy/platform/vorn/AttributeKind.h"
 #include "TrafficPolicy/platform/vorn/Children.h"
 #include "TrafficPolicy/platform/vorn/HashMap.h"
 #include "TrafficPolicy/platform/vorn/IndexedArray.h"
@@ -35,8 +36,6 @@
 
 namespace Vorn {
 
-enum class AttributeKind : uint8_t { input, scalar, orderedMap, hashedMap, set, array, children };
-
 // Tells the attribute of one source line from the others of its class.
 template< typename Class, int line >
 struct RowTag {};
@@ -45,10 +44,13 @@ inline constexpr int rowLineMax = 400;
 // A declared attribute, before it becomes a row of the type record.
 template< typename Class, typename Storage >
 struct Declared {
+   using StorageType = Storage;
    AttributeKind kind;
    char const * name;
    Storage Class::*storage;
 };
+template< typename Class, typename Storage >
+Declared( AttributeKind, char const *, Storage Class::* ) -> Declared< Class, Storage >;
 
 // Small values are read and passed by value, others by reference.
 template< typename T >
@@ -56,10 +58,9 @@ using Read = std::conditional_t< std::is_scalar_v< T >, T, T const & >;
 
 // Removes the key's entry and returns its value; a default value when there was none.
 template< typename Map >
-typename Map::ValueType
-take( Map & map, typename Map::KeyType const & key ) {
+typename Map::ValueType take( Map & map, typename Map::KeyType const & key ) {
    typename Map::ValueType value{};
-   if( auto * present = map.lookup( key ) ) {
+   if ( auto * present = map.lookup( key ) ) {
       value = std::move( *present );
       map.erase( key );
    }
@@ -72,20 +73,26 @@ inline constinit TypeRecord const plainRecord{ typeName< T >(), sizeof( T ) };
 
 } // namespace Vorn
 
-// A described class; its source file holds VORN_TYPE( Class ).
+// A described class; its source file holds VORN_TYPE( Class ). Whoever includes the declaration
+// links that file, even if he knows the class by its name only: that is what the pointer is for.
 #define VORN_ENTITY( Class, Base )                                                                 \
- public:                                                                                           \
+public:                                                                                            \
    using VornSelf = Class;                                                                         \
    using VornBase = Base;                                                                          \
    static Vorn::TypeRecord const & typeRecord();                                                   \
-   Vorn::TypeRecord const & type() const override;
+   Vorn::TypeRecord const & type() const override;                                                 \
+   [[gnu::used]] static constexpr Vorn::TypeRecord const & ( *vornLinked )() = &typeRecord;
 
 // A platform record: counted and accounted, not described.
 #define VORN_RECORD( Class )                                                                       \
- public:                                                                                           \
+public:                                                                                            \
    using VornSelf = Class;                                                                         \
-   static Vorn::TypeRecord const & typeRecord() { return Vorn::plainRecord< Class >; }             \
-   Vorn::TypeRecord const & type() const override { return Vorn::plainRecord< Class >; }
+   static Vorn::TypeRecord const & typeRecord() {                                                  \
+      return Vorn::plainRecord< Class >;                                                           \
+   }                                                                                               \
+   Vorn::TypeRecord const & type() const override {                                                \
+      return Vorn::plainRecord< Class >;                                                           \
+   }
 
 #define VORN_DECLARED( Kind, name )                                                                \
    static constexpr auto vornDeclared( Vorn::RowTag< VornSelf, __LINE__ > ) {                      \
@@ -95,89 +102,141 @@ inline constinit TypeRecord const plainRecord{ typeName< T >(), sizeof( T ) };
 
 // A value that the constructor takes and nothing changes.
 #define VORN_INPUT( Type, name )                                                                   \
- public:                                                                                           \
-   Vorn::Read< Type > name() const { return name##_; }                                             \
+public:                                                                                            \
+   Vorn::Read< Type > name() const {                                                               \
+      return name##_;                                                                              \
+   }                                                                                               \
    VORN_DECLARED( input, name )                                                                    \
- private:                                                                                          \
+private:                                                                                           \
    Type name##_;                                                                                   \
                                                                                                    \
- public:
+public:
 
 #define VORN_SCALAR( Type, name )                                                                  \
- public:                                                                                           \
-   Vorn::Read< Type > name() const { return name##_; }                                             \
-   void name##Is( Vorn::Read< Type > value ) { name##_ = value; }                                  \
+public:                                                                                            \
+   Vorn::Read< Type > name() const {                                                               \
+      return name##_;                                                                              \
+   }                                                                                               \
+   void name##Is( Vorn::Read< Type > value ) {                                                     \
+      name##_ = value;                                                                             \
+   }                                                                                               \
    VORN_DECLARED( scalar, name )                                                                   \
- private:                                                                                          \
+private:                                                                                           \
    Type name##_{};                                                                                 \
                                                                                                    \
- public:
+public:
 
 #define VORN_MAP( Kind, Map, Key, Value, name )                                                    \
- public:                                                                                           \
-   Vorn::Map< Key, Value > const & name() const { return name##_; }                                \
-   Value const * name( Key const & key ) const { return name##_.lookup( key ); }                   \
+public:                                                                                            \
+   Vorn::Map< Key, Value > const & name() const {                                                  \
+      return name##_;                                                                              \
+   }                                                                                               \
+   Value const * name( Key const & key ) const {                                                   \
+      return name##_.lookup( key );                                                                \
+   }                                                                                               \
    bool name##Is( Key const & key, Vorn::Read< Value > value ) {                                   \
       return name##_.set( key, value );                                                            \
    }                                                                                               \
-   Value name##Del( Key const & key ) { return Vorn::take( name##_, key ); }                       \
-   void name##Del( Vorn::Map< Key, Value >::Iterator const & where ) { name##_.erase( where ); }   \
-   void name##DelAll() { name##_.clear(); }                                                        \
+   Value name##Del( Key const & key ) {                                                            \
+      return Vorn::take( name##_, key );                                                           \
+   }                                                                                               \
+   void name##Del( Vorn::Map< Key, Value >::Iterator const & where ) {                             \
+      name##_.erase( where );                                                                      \
+   }                                                                                               \
+   void name##DelAll() {                                                                           \
+      name##_.clear();                                                                             \
+   }                                                                                               \
    VORN_DECLARED( Kind, name )                                                                     \
- private:                                                                                          \
+private:                                                                                           \
    Vorn::Map< Key, Value > name##_;                                                                \
                                                                                                    \
- public:
+public:
 
 #define VORN_ORDERED_MAP( Key, Value, name ) VORN_MAP( orderedMap, OrderedMap, Key, Value, name )
 #define VORN_HASHED_MAP( Key, Value, name ) VORN_MAP( hashedMap, HashMap, Key, Value, name )
 
 #define VORN_SET( Key, name )                                                                      \
- public:                                                                                           \
-   Vorn::HashSet< Key > const & name() const { return name##_; }                                   \
-   bool name( Key const & key ) const { return name##_.contains( key ); }                          \
-   bool name##Is( Key const & key ) { return name##_.insert( key ); }                              \
-   void name##Del( Key const & key ) { name##_.erase( key ); }                                     \
-   void name##Del( Vorn::HashSet< Key >::Iterator const & where ) { name##_.erase( where ); }      \
-   void name##DelAll() { name##_.clear(); }                                                        \
+public:                                                                                            \
+   Vorn::HashSet< Key > const & name() const {                                                     \
+      return name##_;                                                                              \
+   }                                                                                               \
+   bool name( Key const & key ) const {                                                            \
+      return name##_.contains( key );                                                              \
+   }                                                                                               \
+   bool name##Is( Key const & key ) {                                                              \
+      return name##_.insert( key );                                                                \
+   }                                                                                               \
+   void name##Del( Key const & key ) {                                                             \
+      name##_.erase( key );                                                                        \
+   }                                                                                               \
+   void name##Del( Vorn::HashSet< Key >::Iterator const & where ) {                                \
+      name##_.erase( where );                                                                      \
+   }                                                                                               \
+   void name##DelAll() {                                                                           \
+      name##_.clear();                                                                             \
+   }                                                                                               \
    VORN_DECLARED( set, name )                                                                      \
- private:                                                                                          \
+private:                                                                                           \
    Vorn::HashSet< Key > name##_;                                                                   \
                                                                                                    \
- public:
+public:
 
 // Indexed by rule number; an index past the end reads as empty.
 #define VORN_ARRAY( Value, name )                                                                  \
- public:                                                                                           \
-   Vorn::IndexedArray< Value > const & name() const { return name##_; }                            \
-   Value const & name( unsigned index ) const { return name##_.at( index ); }                      \
-   void name##Is( unsigned index, Value const & value ) { name##_.set( index, value ); }           \
-   void name##Reserve( size_t entries ) { name##_.reserve( entries ); }                            \
-   void name##Del( unsigned index ) { name##_.erase( index ); }                                    \
-   void name##Del( Vorn::IndexedArray< Value >::Iterator const & where ) { name##_.erase( where ); } \
-   void name##DelAll() { name##_.clear(); }                                                        \
+public:                                                                                            \
+   Vorn::IndexedArray< Value > const & name() const {                                              \
+      return name##_;                                                                              \
+   }                                                                                               \
+   Value const & name( unsigned index ) const {                                                    \
+      return name##_.at( index );                                                                  \
+   }                                                                                               \
+   void name##Is( unsigned index, Value const & value ) {                                          \
+      name##_.set( index, value );                                                                 \
+   }                                                                                               \
+   void name##Reserve( size_t entries ) {                                                          \
+      name##_.reserve( entries );                                                                  \
+   }                                                                                               \
+   void name##Del( unsigned index ) {                                                              \
+      name##_.erase( index );                                                                      \
+   }                                                                                               \
+   void name##Del( Vorn::IndexedArray< Value >::Iterator const & where ) {                         \
+      name##_.erase( where );                                                                      \
+   }                                                                                               \
+   void name##DelAll() {                                                                           \
+      name##_.clear();                                                                             \
+   }                                                                                               \
    VORN_DECLARED( array, name )                                                                    \
- private:                                                                                          \
+private:                                                                                           \
    Vorn::IndexedArray< Value > name##_;                                                            \
                                                                                                    \
- public:
+public:
 
 // Child entities; xIs( key ) creates the child if it is absent and returns it.
 #define VORN_CHILDREN( Collection, Key, Child, name )                                              \
- public:                                                                                           \
-   Vorn::Collection< Key, Child > const & name() const { return name##_; }                         \
-   Child * name( Key const & key ) const { return name##_.find( key ); }                           \
-   Vorn::Ptr< Child > name##Is( Key const & key ) { return name##_.child( key ); }                 \
-   void name##Del( Key const & key ) { name##_.erase( key ); }                                     \
+public:                                                                                            \
+   Vorn::Collection< Key, Child > const & name() const {                                           \
+      return name##_;                                                                              \
+   }                                                                                               \
+   Child * name( Key const & key ) const {                                                         \
+      return name##_.find( key );                                                                  \
+   }                                                                                               \
+   Vorn::Ptr< Child > name##Is( Key const & key ) {                                                \
+      return name##_.child( key );                                                                 \
+   }                                                                                               \
+   void name##Del( Key const & key ) {                                                             \
+      name##_.erase( key );                                                                        \
+   }                                                                                               \
    void name##Del( Vorn::Collection< Key, Child >::Iterator const & where ) {                      \
       name##_.erase( where );                                                                      \
    }                                                                                               \
-   void name##DelAll() { name##_.clear(); }                                                        \
+   void name##DelAll() {                                                                           \
+      name##_.clear();                                                                             \
+   }                                                                                               \
    VORN_DECLARED( children, name )                                                                 \
- private:                                                                                          \
+private:                                                                                           \
    Vorn::Collection< Key, Child > name##_;                                                         \
                                                                                                    \
- public:
+public:
 
 #define VORN_ORDERED_CHILDREN( Key, Child, name ) VORN_CHILDREN( OrderedChildren, Key, Child, name )
 #define VORN_HASHED_CHILDREN( Key, Child, name ) VORN_CHILDREN( HashedChildren, Key, Child, name )

@@ -9,16 +9,22 @@ namespace Vorn {
 
 enum class AttributeKind : uint8_t { input, scalar, orderedMap, hashedMap, set, array, children };
 
-constexpr std::string_view
-attributeKindName( AttributeKind kind ) {
-   switch( kind ) {
-      case AttributeKind::input: return "input";
-      case AttributeKind::scalar: return "scalar";
-      case AttributeKind::orderedMap: return "ordered map";
-      case AttributeKind::hashedMap: return "hashed map";
-      case AttributeKind::set: return "set";
-      case AttributeKind::array: return "array";
-      case AttributeKind::children: return "children";
+constexpr std::string_view attributeKindName( AttributeKind kind ) {
+   switch ( kind ) {
+   case AttributeKind::input:
+      return "input";
+   case AttributeKind::scalar:
+      return "scalar";
+   case AttributeKind::orderedMap:
+      return "ordered map";
+   case AttributeKind::hashedMap:
+      return "hashed map";
+   case AttributeKind::set:
+      return "set";
+   case AttributeKind::array:
+      return "array";
+   case AttributeKind::children:
+      return "children";
    }
    return "";
 }

@@ -2,11 +2,10 @@
 
 namespace Vorn {
 
-std::vector< std::string_view >
-AttributeOperations::names() const {
+std::vector< std::string_view > AttributeOperations::names() const {
    std::vector< std::string_view > result;
-   auto const add = [ &result ]( auto * operation, std::string_view name ) {
-      if( operation ) {
+   auto const add = [&result]( auto * operation, std::string_view name ) {
+      if ( operation ) {
          result.push_back( name );
       }
    };
@@ -21,11 +20,10 @@ AttributeOperations::names() const {
    return result;
 }
 
-AttributeRow const *
-findAttribute( TypeRecord const & type, std::string_view name ) {
-   for( TypeRecord const * at = &type; at; at = at->base() ) {
-      for( AttributeRow const & row : at->attributes() ) {
-         if( row.name == name ) {
+AttributeRow const * findAttribute( TypeRecord const & type, std::string_view name ) {
+   for ( TypeRecord const * at = &type; at; at = at->base() ) {
+      for ( AttributeRow const & row : at->attributes() ) {
+         if ( row.name == name ) {
             return &row;
          }
       }

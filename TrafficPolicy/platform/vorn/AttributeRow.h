@@ -26,8 +26,8 @@ struct Entry {
 // type. An operation that the kind lacks is null. All convert their values before they change
 // anything, and throw AccessError for one that does not fit.
 struct AttributeOperations {
-   std::string_view keyType;   // empty when there are no keys
-   std::string_view valueType; // empty for a set
+   std::string_view keyType{};   // empty when there are no keys
+   std::string_view valueType{}; // empty for a set
 
    Value ( *read )( void const * storage ) = nullptr;
    void ( *write )( void * storage, Value const & value, Place const & place ) = nullptr;
@@ -37,7 +37,8 @@ struct AttributeOperations {
    void ( *insert )( void * storage, Value const & key, Value const & value,
                      Place const & place ) = nullptr;
    // The child with the key, created if there is none.
-   Ptr< PtrInterface > ( *create )( void * storage, Value const & key, Place const & place ) = nullptr;
+   Ptr< PtrInterface > ( *create )( void * storage, Value const & key,
+                                    Place const & place ) = nullptr;
    // Removes if present.
    void ( *erase )( void * storage, Value const & key, Place const & place ) = nullptr;
    void ( *clear )( void * storage ) = nullptr;

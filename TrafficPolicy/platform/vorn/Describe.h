@@ -2,28 +2,43 @@
 
 #pragma once
 
-#include "TrafficPolicy/platform/vorn/Attribute.h"
+#include "TrafficPolicy/platform/vorn/DescribeAttributes.h"
+#include "TrafficPolicy/platform/vorn/DescribeConstructor.h"
 #include "TrafficPolicy/platform/vorn/TypeRecord.h"
+
+#include <type_traits>
 
 namespace Vorn {
 
-template< typename Base >
-TypeRecord const *
-describedBase() {
-   if constexpr( std::is_same_v< Base, PtrInterface > ) {
+template< typename Class >
+constexpr TypeRecord::Other baseOf() {
+   using Base = typename Class::VornBase;
+   static_assert( std::is_base_of_v< Base, Class > );
+   if constexpr ( std::is_same_v< Base, PtrInterface > ) {
       return nullptr;
    } else {
-      return &Base::typeRecord();
+      return &Base::typeRecord;
    }
+}
+
+template< typename Class >
+constexpr TypeRecord describe() {
+   static_assert( std::is_same_v< Class, typename Class::VornSelf >,
+                  "every described class has its own VORN_ENTITY" );
+   return { typeName< Class >(), sizeof( Class ), baseOf< Class >(), attributeRows< Class >,
+            &Constructor< Class >::row };
 }
 
 } // namespace Vorn
 
-// Stands once, in the class's source file, in the class's namespace. The class is registered at load
-// time.
+// Stands once, in the class's source file, in the class's namespace. The class is registered at
+// load time; no more than that is done then, everything else is in the program's file.
 #define VORN_TYPE( Class )                                                                         \
-   static Vorn::TypeRecord const vornRecordOf##Class{                                              \
-      Vorn::typeName< Class >(), sizeof( Class ), Vorn::describedBase< Class::VornBase >(), {},    \
-      nullptr };                                                                                   \
-   Vorn::TypeRecord const & Class::typeRecord() { return vornRecordOf##Class; }                    \
-   Vorn::TypeRecord const & Class::type() const { return vornRecordOf##Class; }
+   static constinit Vorn::TypeRecord const vornRecordOf##Class = Vorn::describe< Class >();        \
+   static Vorn::Registration const vornRegistrationOf##Class( vornRecordOf##Class );               \
+   Vorn::TypeRecord const & Class::typeRecord() {                                                  \
+      return vornRecordOf##Class;                                                                  \
+   }                                                                                               \
+   Vorn::TypeRecord const & Class::type() const {                                                  \
+      return vornRecordOf##Class;                                                                  \
+   }

@@ -18,12 +18,15 @@
 namespace Vorn {
 
 template< typename Class, int line >
-concept DeclaresAt = requires { Class::vornDeclared( RowTag< Class, line >{} ); };
+concept DeclaresAt = requires {
+   Class::vornDeclared( RowTag< Class, line >{} );
+};
 
 template< typename Class >
 inline constexpr auto declaresByLine = []< int... line >( std::integer_sequence< int, line... > ) {
-   return std::array{ DeclaresAt< Class, line >... };
-}( std::make_integer_sequence< int, rowLineMax >() );
+   return std::array< bool, sizeof...( line ) >{ DeclaresAt< Class, line >... };
+}
+( std::make_integer_sequence< int, rowLineMax >() );
 
 // The lines that declare an attribute, ascending.
 template< typename Class >
@@ -31,8 +34,8 @@ inline constexpr auto declaredLines = [] {
    constexpr auto const & declares = declaresByLine< Class >;
    std::array< int, std::count( declares.begin(), declares.end(), true ) > lines{};
    auto next = lines.begin();
-   for( int line = 0; line < rowLineMax; ++line ) {
-      if( declares[ static_cast< size_t >( line ) ] ) {
+   for ( int line = 0; line < rowLineMax; ++line ) {
+      if ( declares[static_cast< size_t >( line )] ) {
          *next++ = line;
       }
    }
@@ -46,21 +49,25 @@ template< typename Class, int line >
 using StorageAt = typename decltype( declaredAt< Class, line > )::StorageType;
 
 template< typename Class, int line >
-void const *
-storageAt( PtrInterface const & object ) {
-   return std::addressof( static_cast< Class const & >( object ).*declaredAt< Class, line >.storage );
+void const * storageAt( PtrInterface const & object ) {
+   return std::addressof( static_cast< Class const & >( object )
+                          .*declaredAt< Class, line >.storage );
 }
 
 template< typename Class, int line >
 inline constexpr AttributeRow rowAt{
    declaredAt< Class, line >.name, declaredAt< Class, line >.kind,
    &operationsOf< declaredAt< Class, line >.kind, StorageAt< Class, line > >(),
-   &storageAt< Class, line > };
+   &storageAt< Class, line >
+};
 
 // The class's own attributes, in declaration order.
 template< typename Class >
 inline constexpr auto attributeRows = []< size_t... i >( std::index_sequence< i... > ) {
-   return std::array< AttributeRow, sizeof...( i ) >{ rowAt< Class, declaredLines< Class >[ i ] >... };
-}( std::make_index_sequence< declaredLines< Class >.size() >() );
+   return std::array< AttributeRow, sizeof...( i ) >{
+      rowAt< Class, declaredLines< Class >[i] >...
+   };
+}
+( std::make_index_sequence< declaredLines< Class >.size() >() );
 
 } // namespace Vorn

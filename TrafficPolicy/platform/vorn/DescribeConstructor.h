@@ -15,9 +15,8 @@ namespace Vorn {
 
 // The input that the line declares, in a tuple of one; an empty one for another attribute.
 template< typename Class, int line >
-constexpr auto
-inputAt() {
-   if constexpr( declaredAt< Class, line >.kind == AttributeKind::input ) {
+constexpr auto inputAt() {
+   if constexpr ( declaredAt< Class, line >.kind == AttributeKind::input ) {
       return std::tuple< RowTag< Class, line > >();
    } else {
       return std::tuple<>();
@@ -26,15 +25,15 @@ inputAt() {
 
 // The inputs, in the order of the constructor's parameters.
 template< typename Class >
-constexpr auto
-inputsOf() {
-   if constexpr( std::is_same_v< Class, PtrInterface > ) {
+constexpr auto inputsOf() {
+   if constexpr ( std::is_same_v< Class, PtrInterface > ) {
       return std::tuple<>();
    } else {
       return []< size_t... i >( std::index_sequence< i... > ) {
          return std::tuple_cat( inputsOf< typename Class::VornBase >(),
-                                inputAt< Class, declaredLines< Class >[ i ] >()... );
-      }( std::make_index_sequence< declaredLines< Class >.size() >() );
+                                inputAt< Class, declaredLines< Class >[i] >()... );
+      }
+      ( std::make_index_sequence< declaredLines< Class >.size() >() );
    }
 }
 
@@ -57,15 +56,15 @@ struct Constructor< Class, std::tuple< RowTag< Declarer, line >... > > {
    static constexpr std::array< ParameterRow, sizeof...( line ) > parameters{ ParameterRow{
       declaredAt< Declarer, line >.name, typeName< StorageAt< Declarer, line > >() }... };
 
-   static Ptr< PtrInterface >
-   construct( [[maybe_unused]] std::span< Value const > values ) {
+   static Ptr< PtrInterface > construct( [[maybe_unused]] std::span< Value const > values ) {
       [[maybe_unused]] size_t next = 0;
-      [[maybe_unused]] auto const place = [ &next ] {
-         return Place{ typeName< Class >(), parameters[ next++ ].name, "an argument" };
+      [[maybe_unused]] auto const convert = [&]< typename T >( std::type_identity< T > ) {
+         size_t const at = next++;
+         return fromValue< T >( values[at], { typeName< Class >(), parameters[at].name } );
       };
-      // The braces convert from left to right, so that the first mistake is the one reported.
-      std::tuple< StorageAt< Declarer, line >... > const arguments{
-         fromValue< StorageAt< Declarer, line > >( values[ next ], place() )... };
+      // The braces convert from left to right.
+      std::tuple< StorageAt< Declarer, line >... > const arguments{ convert(
+         std::type_identity< StorageAt< Declarer, line > >() )... };
       return std::apply( []( auto const &... argument ) { return create< Class >( argument... ); },
                          arguments );
    }

@@ -14,13 +14,11 @@
 namespace Vorn {
 
 template< typename Storage >
-Storage &
-storageOf( void * storage ) {
+Storage & storageOf( void * storage ) {
    return *static_cast< Storage * >( storage );
 }
 template< typename Storage >
-Storage const &
-storageOf( void const * storage ) {
+Storage const & storageOf( void const * storage ) {
    return *static_cast< Storage const * >( storage );
 }
 
@@ -28,8 +26,7 @@ storageOf( void const * storage ) {
 template< typename T >
 struct StorageOperations {
    static Value read( void const * storage ) { return storageOf< T >( storage ); }
-   static void
-   write( void * storage, Value const & value, Place const & place ) {
+   static void write( void * storage, Value const & value, Place const & place ) {
       storageOf< T >( storage ) = fromValue< T >( value, place );
    }
    static constexpr AttributeOperations input{ .valueType = typeName< T >(), .read = read };
@@ -43,8 +40,7 @@ template< typename Collection >
 struct KeyedOperations {
    using Key = typename Collection::KeyType;
 
-   static void
-   erase( void * storage, Value const & key, Place const & place ) {
+   static void erase( void * storage, Value const & key, Place const & place ) {
       storageOf< Collection >( storage ).erase( fromValue< Key >( key, place.key() ) );
    }
    static void clear( void * storage ) { storageOf< Collection >( storage ).clear(); }
@@ -55,22 +51,20 @@ struct MapOperations : KeyedOperations< Map > {
    using Key = typename Map::KeyType;
    using Mapped = typename Map::ValueType;
 
-   static Value
-   lookup( void const * storage, Value const & key, Place const & place ) {
+   static Value lookup( void const * storage, Value const & key, Place const & place ) {
       Map const & map = storageOf< Map >( storage );
       Mapped const * present = map.lookup( fromValue< Key >( key, place.key() ) );
       return present ? Value( *present ) : Value();
    }
-   static void
-   insert( void * storage, Value const & key, Value const & value, Place const & place ) {
+   static void insert( void * storage, Value const & key, Value const & value,
+                       Place const & place ) {
       auto const convertedKey = fromValue< Key >( key, place.key() );
       storageOf< Map >( storage ).set( convertedKey, fromValue< Mapped >( value, place ) );
    }
-   static std::vector< Entry >
-   entries( void const * storage ) {
+   static std::vector< Entry > entries( void const * storage ) {
       std::vector< Entry > result;
       result.reserve( storageOf< Map >( storage ).size() );
-      for( auto const & [ key, value ] : storageOf< Map >( storage ) ) {
+      for ( auto const & [key, value] : storageOf< Map >( storage ) ) {
          result.push_back( { key, value } );
       }
       return result;
@@ -84,7 +78,8 @@ struct MapOperations : KeyedOperations< Map > {
                                                .entries = entries };
 };
 template< typename Key, typename Mapped >
-struct StorageOperations< OrderedMap< Key, Mapped > > : MapOperations< OrderedMap< Key, Mapped > > {};
+struct StorageOperations< OrderedMap< Key, Mapped > >
+   : MapOperations< OrderedMap< Key, Mapped > > {};
 template< typename Key, typename Mapped >
 struct StorageOperations< HashMap< Key, Mapped > > : MapOperations< HashMap< Key, Mapped > > {};
 
@@ -94,8 +89,7 @@ struct StorageOperations< Children< Map, Child > > : KeyedOperations< Children< 
    using Collection = Children< Map, Child >;
    using Key = typename Map::KeyType;
 
-   static Ptr< PtrInterface >
-   create( void * storage, Value const & key, Place const & place ) {
+   static Ptr< PtrInterface > create( void * storage, Value const & key, Place const & place ) {
       return storageOf< Collection >( storage ).child( fromValue< Key >( key, place.key() ) );
    }
    static constexpr AttributeOperations table{ .keyType = typeName< Key >(),
@@ -111,23 +105,21 @@ template< typename Key >
 struct StorageOperations< HashSet< Key > > : KeyedOperations< HashSet< Key > > {
    using Set = HashSet< Key >;
 
-   static Value
-   lookup( void const * storage, Value const & key, Place const & place ) {
+   static Value lookup( void const * storage, Value const & key, Place const & place ) {
       return storageOf< Set >( storage ).contains( fromValue< Key >( key, place.key() ) );
    }
-   static void
-   insert( void * storage, Value const & key, Value const & value, Place const & place ) {
+   static void insert( void * storage, Value const & key, Value const & value,
+                       Place const & place ) {
       auto const convertedKey = fromValue< Key >( key, place.key() );
-      if( !value.isNothing() ) {
+      if ( !value.isNothing() ) {
          place.refuse( "nothing", value, "a set has keys only" );
       }
       storageOf< Set >( storage ).insert( convertedKey );
    }
-   static std::vector< Entry >
-   entries( void const * storage ) {
+   static std::vector< Entry > entries( void const * storage ) {
       std::vector< Entry > result;
       result.reserve( storageOf< Set >( storage ).size() );
-      for( Key const & key : storageOf< Set >( storage ) ) {
+      for ( Key const & key : storageOf< Set >( storage ) ) {
          result.push_back( { key, {} } );
       }
       return result;
@@ -140,38 +132,35 @@ struct StorageOperations< HashSet< Key > > : KeyedOperations< HashSet< Key > > {
                                                .entries = entries };
 };
 
-// An index beyond the array's bound ends the process in typed code; here it may be a user's mistake.
+// An index beyond the array's bound ends the process in typed code; here it may be a user's
+// mistake.
 template< typename T >
 struct StorageOperations< IndexedArray< T > > {
    using Array = IndexedArray< T >;
 
-   static unsigned
-   index( Value const & key, Place const & place ) {
+   static unsigned index( Value const & key, Place const & place ) {
       auto const at = fromValue< unsigned >( key, place.key() );
-      if( at >= rulesMax ) {
+      if ( at >= rulesMax ) {
          place.key().refuse( typeName< unsigned >(), key, "beyond the array's bound" );
       }
       return at;
    }
-   static Value
-   lookup( void const * storage, Value const & key, Place const & place ) {
+   static Value lookup( void const * storage, Value const & key, Place const & place ) {
       return storageOf< Array >( storage ).at( index( key, place ) );
    }
-   static void
-   insert( void * storage, Value const & key, Value const & value, Place const & place ) {
-      unsigned const at = index( key, place );
+   static void insert( void * storage, Value const & key, Value const & value,
+                       Place const & place ) {
+      auto const at = index( key, place );
       storageOf< Array >( storage ).set( at, fromValue< T >( value, place ) );
    }
-   static void
-   erase( void * storage, Value const & key, Place const & place ) {
+   static void erase( void * storage, Value const & key, Place const & place ) {
       storageOf< Array >( storage ).erase( index( key, place ) );
    }
    static void clear( void * storage ) { storageOf< Array >( storage ).clear(); }
-   static std::vector< Entry >
-   entries( void const * storage ) {
+   static std::vector< Entry > entries( void const * storage ) {
       std::vector< Entry > result;
-      Array const & array = storageOf< Array >( storage );
-      for( auto at = array.begin(); at != array.end(); ++at ) {
+      auto const & array = storageOf< Array >( storage );
+      for ( auto at = array.begin(); at != array.end(); ++at ) {
          result.push_back( { at.index(), *at } );
       }
       return result;
@@ -186,9 +175,8 @@ struct StorageOperations< IndexedArray< T > > {
 };
 
 template< AttributeKind kind, typename Storage >
-constexpr AttributeOperations const &
-operationsOf() {
-   if constexpr( kind == AttributeKind::input ) {
+constexpr AttributeOperations const & operationsOf() {
+   if constexpr ( kind == AttributeKind::input ) {
       return StorageOperations< Storage >::input;
    } else {
       return StorageOperations< Storage >::table;

@@ -5,25 +5,32 @@
 #include <cstdint>
 #include <string_view>
 
-namespace Vorn {
+// Outside Vorn, because compilers leave out the scope that they are in.
+namespace VornTypeName {
 
 template< typename T >
-constexpr std::string_view
-typeName() {
+constexpr std::string_view qualified() {
    std::string_view function = __PRETTY_FUNCTION__;
    auto const begin = function.find( "T = " ) + 4;
    return function.substr( begin, function.find_first_of( ";]", begin ) - begin );
 }
 
+} // namespace VornTypeName
+
+namespace Vorn {
+
+template< typename T >
+constexpr std::string_view typeName() {
+   return VornTypeName::qualified< T >();
+}
+
 // Fixed-width names, because the built-in ones differ between word sizes.
 template<>
-constexpr std::string_view
-typeName< uint32_t >() {
+constexpr std::string_view typeName< uint32_t >() {
    return "uint32_t";
 }
 template<>
-constexpr std::string_view
-typeName< uint64_t >() {
+constexpr std::string_view typeName< uint64_t >() {
    return "uint64_t";
 }
 

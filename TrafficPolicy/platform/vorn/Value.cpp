@@ -14,27 +14,25 @@ struct Describe {
    std::string operator()( uint64_t value ) const { return "uint64_t " + std::to_string( value ); }
    // Without the text, which may be long and hold any bytes.
    std::string operator()( String const & ) const { return "a string"; }
-   std::string operator()( Value::Entity const & entity ) const { return name( "a ", entity.get() ); }
-   std::string
-   operator()( Value::ConstEntity const & entity ) const {
+   std::string operator()( Value::Entity const & entity ) const {
+      return name( "a ", entity.get() );
+   }
+   std::string operator()( Value::ConstEntity const & entity ) const {
       return name( "a const ", entity.get() );
    }
-   static std::string
-   name( std::string article, PtrInterface const * entity ) {
+   static std::string name( std::string article, PtrInterface const * entity ) {
       return article.append( entity ? entity->type().name() : "null entity" );
    }
 };
 
 } // namespace
 
-Value
-Value::readOnly() const {
+Value Value::readOnly() const {
    auto const * entity = get< Entity >();
    return entity ? Value( ConstEntity( *entity ) ) : *this;
 }
 
-std::string
-Value::description() const {
+std::string Value::description() const {
    return std::visit( Describe(), content_ );
 }
 

@@ -8,8 +8,9 @@
 //    Ptr< T >                                           Ptr< PtrInterface >
 //    Ptr< T const >                                     Ptr< PtrInterface const >
 //
-// Each type has one form and takes no other, with one exception: a slot of Ptr< T const > takes what
-// may be changed, too. The opposite does not exist, so a const entity stays const on every way.
+// Each type has one form and takes no other, with one exception: a slot of Ptr< T const > takes
+// what may be changed, too. The opposite does not exist, so a const entity stays const on every
+// way.
 
 #pragma once
 
@@ -18,6 +19,7 @@
 #include "TrafficPolicy/platform/vorn/String.h"
 
 #include <concepts>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -28,38 +30,45 @@ namespace Vorn {
 template< typename T >
 concept Number = !std::same_as< T, bool > && ( std::is_enum_v< T > || std::unsigned_integral< T > );
 
+template< typename T >
+concept GivesString = requires( T const & value ) {
+   { value.string() } -> std::same_as< String const & >;
+};
 // Made of a String, which it may refuse by a std::logic_error, and gives that String back.
 template< typename T >
-concept StringLike = requires( T const & value ) {
-   { value.string() } -> std::same_as< String const & >;
-} && std::constructible_from< T, String const & >;
+concept StringLike = GivesString< T > && std::constructible_from< T, String const & >;
 
 class Value {
- public:
+public:
    using Entity = Ptr< PtrInterface >;
    using ConstEntity = Ptr< PtrInterface const >;
 
    // Nothing: what a lookup of an absent key gives.
    Value() = default;
    template< std::same_as< bool > T >
-   Value( T value ) : content_( value ) {}
+   Value( T value )
+      : content_( value ) {}
    template< Number T >
-   Value( T value ) : content_( static_cast< Travelling< T > >( value ) ) {}
-   Value( String value ) : content_( std::move( value ) ) {}
-   Value( std::string_view text ) : content_( String( text ) ) {}
-   Value( char const * text ) : content_( String( text ) ) {}
+   Value( T value )
+      : content_( static_cast< Travelling< T > >( value ) ) {}
+   Value( String value )
+      : content_( std::move( value ) ) {}
+   template< std::convertible_to< std::string_view > T >
+   Value( T const & text )
+      : content_( String( std::string_view( text ) ) ) {}
+   Value( std::nullptr_t ) = delete; // a null entity is const or it is not
    template< StringLike T >
-   Value( T const & name ) : content_( name.string() ) {}
+   Value( T const & name )
+      : content_( name.string() ) {}
    template< typename T >
    Value( Ptr< T > entity )
-       : content_( std::conditional_t< std::is_const_v< T >, ConstEntity, Entity >(
-            std::move( entity ) ) ) {}
+      : content_(
+         std::conditional_t< std::is_const_v< T >, ConstEntity, Entity >( std::move( entity ) ) ) {}
 
    bool isNothing() const { return get< std::monostate >() != nullptr; }
    // The content, or null when it has another form: get< uint32_t >().
    template< typename Form >
-   Form const *
-   get() const {
+   Form const * get() const {
       return std::get_if< Form >( &content_ );
    }
    // The same value; an entity comes as const.
@@ -70,7 +79,7 @@ class Value {
    // Entities are equal when they are the same and const in the same way.
    friend bool operator==( Value const &, Value const & ) = default;
 
- private:
+private:
    template< typename T >
    using Travelling = std::conditional_t< sizeof( T ) <= sizeof( uint32_t ), uint32_t, uint64_t >;
 
