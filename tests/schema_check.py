@@ -16,98 +16,81 @@ warnings.simplefilter("ignore", DeprecationWarning)
 from jsonschema import Draft202012Validator, RefResolver  # noqa: E402
 
 OPTIONS = ("summary", "detail", "errors", "counters", "per-interface")
-# Members of replies that may be absent; which of them are is the business of the other tests.
+# Members whose own members are names.
+MAPS = set("""trafficPolicies cpu interfaces l3Interfaces policies rules namedCounters
+    unnamedCounters countNamed""".split())
+# Members of replies that may be absent.
 OPTIONAL = set("""matches actions namedCounters unnamedCounters ingressCounterGranularity interfaces
     byteCount byteTotal srcPrefixes srcPrefixSets destPrefixes destPrefixSets protocols ipLengths
     fragment dscps ttls neighborProtocol matchL4Protocol matchIpOptions tcpFlags srcPorts
     srcL4PortFieldSets destPorts destL4PortFieldSets icmps icmpCodes drop setDscp setTc police count
     countNamed log""".split())
-# Members of replies whose strings have a fixed form, themselves or as elements.
+# Members of replies whose strings, or whose elements, cannot be any name.
 FORMED = set("""matchOption unit name neighborProtocol matchL4Protocol ingressCounterGranularity
     srcPrefixes destPrefixes ipv4InstallationErrors ipv6InstallationErrors""".split())
 WRONG = {str: (-1, "", "bogus"), bool: (-1, False), int: (-1, 2**64, 1.5, "1"), float: ("1", None),
-         dict: ([], -1), list: ({}, -1), type(None): (-1, [])}
-
-passed = 0
-failures = []
+         dict: (-1,), list: (-1, []), type(None): (-1,)}
+results = {True: 0, False: 0}
 
 
-def check(holds, what):
-    global passed
-    passed += holds
+def check(holds, failure):
+    results[bool(holds)] += 1
     if not holds:
-        failures.append(what)
-        print("FAILED:", what)
+        print("FAILED:", failure)
 
 
-def members_of(schema):
-    """Every member name that a schema knows, at any depth."""
-    if isinstance(schema, dict):
-        yield from schema.get("properties", ())
-        for part in schema.values():
-            yield from members_of(part)
-    elif isinstance(schema, list):
-        for part in schema:
-            yield from members_of(part)
-
-
-def mutants(node, members, place=(), seen=None):
-    """Breaks the document in place, one thing at a time, and mends it again: yields what is broken
-    and where. Names and indices are "*" there, and every place is broken once only."""
-    seen = set() if seen is None else seen
-
+def mutants(node, seen, place=()):
+    """Breaks the document in place, one thing at a time, and mends it again; yields what is broken
+    and where, with "*" for names and indices. What is in `seen` already is not broken again."""
     def is_new(kind, where):
-        mark = (kind, where)
-        return mark not in seen and not seen.add(mark)
+        return (kind, where) not in seen and not seen.add((kind, where))
 
+    is_map = isinstance(node, dict) and place and place[-1] in MAPS
     if isinstance(node, dict) and is_new("extra", place):
         node["bogus"] = -1
         yield "extra", place
         del node["bogus"]
-    # That a list has no two objects of one name is more than a schema can say.
-    named = place[-1:] in (("rules",), ("namedCounters",)) and isinstance(node, list) \
-        and node and isinstance(node[0], dict)
-    if isinstance(node, list) and node and not named and is_new("twice", place):
+    # That no two objects of a list have one name is more than a schema can say.
+    are_named = isinstance(node, list) and place[-1] in MAPS and node and isinstance(node[0], dict)
+    if isinstance(node, list) and node and not are_named and is_new("twice", place):
         node.append(node[0])
         yield "twice", place
         node.pop()
-    for key in list(node) if isinstance(node, dict) else range(len(node)):
-        where = place + (key if key in members else "*",)
-        value = node[key]
-        if key in members and is_new("missing", where):
+    for key, value in list(node.items() if isinstance(node, dict) else enumerate(node)):
+        is_member = isinstance(node, dict) and not is_map
+        where = place + (key if is_member else "*",)
+        if is_member and is_new("missing", where):
             del node[key]
             yield "missing", where
         for wrong in WRONG[type(value)]:
-            node[key] = wrong
             if is_new(repr(wrong), where):
+                node[key] = wrong
                 yield repr(wrong), where
         node[key] = value
         if isinstance(value, (dict, list)):
-            yield from mutants(value, members, where, seen)
+            yield from mutants(value, seen, where)
 
 
 def must_refuse(kind, where):
     member = next((step for step in reversed(where) if step != "*"), "")
-    if kind == "missing":
-        return member not in OPTIONAL
-    if kind == "twice":
-        return not member.endswith("InstallationErrors")
-    if kind == "''":
-        return not member.endswith(("Vrfs", "Intfs"))
-    return kind != "'bogus'" or member in FORMED
+    return {"missing": member not in OPTIONAL,
+            "twice": not member.endswith("InstallationErrors"),
+            "''": not member.endswith(("Vrfs", "Intfs")),
+            "[]": not member.endswith(("Vrfs", "Intfs")) and member not in ("rules", "tcpFlags"),
+            "'bogus'": member in FORMED}.get(kind, True)
 
 
 class Checker:
     def __init__(self, program, schema_dir):
         self.program = program
-        documents = {path: json.loads(path.read_text()) for path in schema_dir.glob("*.schema.json")}
-        store = {path.as_uri(): document for path, document in documents.items()}
-        self.validators, self.members = {}, set()
+        documents = {path: json.loads(path.read_text()) for path in schema_dir.glob("*.json")}
+        store = {path.as_uri(): schema for path, schema in documents.items()}
+        self.validators = {}
         for path, schema in documents.items():
             Draft202012Validator.check_schema(schema)
-            self.members.update(members_of(schema))
-            self.validators[path.name[:-len(".schema.json")]] = Draft202012Validator(
+            self.validators[path.name.split(".")[0]] = Draft202012Validator(
                 schema, resolver=RefResolver(path.as_uri(), schema, store))
+        self.seen = {name: set() for name in self.validators}
 
     def run(self, state, store, *command):
         return subprocess.run([self.program, "--state", state, "--counter-store", store, *command],
@@ -115,53 +98,52 @@ class Checker:
 
     def check_valid(self, schema, document, what):
         error = next(self.validators[schema].iter_errors(document), None)
-        check(error is None, f"{what}: {error and error.message[:300]}")
+        check(not error, f"{what}: {error and error.message[:300]}")
 
-    def check_file(self, schema, path, arguments):
-        """What the program refuses, the schema refuses, and the other way round."""
+    def check_file(self, schema, path, state, store):
+        """The schema refuses what the program refuses, and nothing else."""
         document = json.loads(path.read_text())
-        self.check_valid(schema, document, f"{schema} {path.name}")
-        for kind, where in mutants(document, self.members):
+        self.check_valid(schema, document, schema)
+        for kind, where in mutants(document, self.seen[schema]):
             path.write_text(json.dumps(document))
-            refused = self.run(*arguments, "show", "traffic-policy", "cpu", "summary").returncode == 1
-            check(refused != self.validators[schema].is_valid(document),
-                  f"{schema}: {kind} at /{'/'.join(where)}: the program "
-                  f"{'refuses' if refused else 'accepts'} it, the schema does not agree")
+            show = self.run(state, store, "show", "traffic-policy", "cpu", "counters")
+            check((show.returncode == 1) != self.validators[schema].is_valid(document),
+                  f"{schema}: {kind} at /{'/'.join(where)}: refused by schema or program alone")
 
-    def check_replies(self, state, store, seen):
-        for side, bits in itertools.product(("cpu", "interface"), itertools.product((0, 1), repeat=5)):
-            options = [option for option, bit in zip(OPTIONS, bits) if bit]
-            if {"errors", "detail"} <= set(options):
-                continue
-            what = " ".join([side, *options])
-            reply = self.run(state, store, "--json", "show", "traffic-policy", *what.split())
-            check(reply.returncode == 0, f"{what}: status {reply.returncode}")
-            schema = "show-counters" if "counters" in options else \
-                f"show-{side}-errors" if "errors" in options else f"show-{side}"
-            document = json.loads(reply.stdout)
-            self.check_valid(schema, document, what)
-            for kind, where in mutants(document, self.members, seen=seen.setdefault(schema, set())):
-                if must_refuse(kind, where):
-                    check(not self.validators[schema].is_valid(document),
-                          f"{schema}: accepts {kind} at /{'/'.join(where)}")
+    def check_reply(self, state, store, side, options):
+        what = " ".join([side, *options])
+        reply = self.run(state, store, "--json", "show", "traffic-policy", side, *options)
+        check(reply.returncode == 0, f"{what}: status {reply.returncode}")
+        schema = "show-counters" if "counters" in options else \
+            f"show-{side}-errors" if "errors" in options else f"show-{side}"
+        document = json.loads(reply.stdout)
+        self.check_valid(schema, document, what)
+        for kind, where in mutants(document, self.seen[schema]):
+            check(not must_refuse(kind, where) or not self.validators[schema].is_valid(document),
+                  f"{schema}: accepts {kind} at /{'/'.join(where)}")
+
+    def check_example(self, example, folder):
+        state, store = folder / "state.json", folder / "store.json"
+        cleared = self.run(example, store, "clear", "traffic-policy", "counters")
+        check(cleared.returncode == 0, f"{example.name}: clear: {cleared.stderr.decode()}")
+        for side, *bits in itertools.product(("cpu", "interface"), *[(0, 1)] * len(OPTIONS)):
+            options = list(itertools.compress(OPTIONS, bits))
+            if not {"errors", "detail"} <= set(options):
+                self.check_reply(example, store, side, options)
+        state.write_text(example.read_text())
+        self.check_file("state", state, state, folder / "none")
+        self.check_file("counter-store", store, example, store)
 
 
 def main(program, schema_dir, *example_dirs):
     checker = Checker(program, pathlib.Path(schema_dir).resolve())
-    examples = sorted(path for folder in example_dirs for path in pathlib.Path(folder).glob("*.json"))
-    seen = {}
+    examples = [path for folder in example_dirs for path in pathlib.Path(folder).glob("*.json")]
+    check(examples, "no examples")
     for example in examples:
         with tempfile.TemporaryDirectory() as folder:
-            broken, store = pathlib.Path(folder, "state.json"), pathlib.Path(folder, "store.json")
-            cleared = checker.run(example, store, "clear", "traffic-policy", "counters")
-            check(cleared.returncode == 0, f"{example.name}: clear: {cleared.stderr.decode()}")
-            checker.check_replies(example, store, seen)
-            broken.write_text(example.read_text())
-            checker.check_file("state", broken, (broken, "missing"))
-            checker.check_file("counter-store", store, (example, store))
-    check(examples, "no examples")
-    print(f"{passed} passed, {len(failures)} failed")
-    return 1 if failures else 0
+            checker.check_example(example, pathlib.Path(folder))
+    print(f"{results[True]} passed, {results[False]} failed")
+    return 1 if results[False] else 0
 
 
 if __name__ == "__main__":

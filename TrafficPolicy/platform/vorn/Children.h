@@ -10,13 +10,12 @@ namespace Vorn {
 
 template< typename Map, typename Entity >
 class Children : public Map {
- public:
+public:
    using ChildType = Entity;
 
    // The child with this key, created if there is none.
-   Ptr< Entity >
-   child( typename Map::KeyType const & key ) {
-      if( auto const * present = this->lookup( key ) ) {
+   Ptr< Entity > child( typename Map::KeyType const & key ) {
+      if ( auto const * present = this->lookup( key ) ) {
          return *present;
       }
       auto created = create< Entity >( key );
@@ -24,8 +23,7 @@ class Children : public Map {
       return created;
    }
    // The child with this key, or null.
-   Entity *
-   find( typename Map::KeyType const & key ) const {
+   Entity * find( typename Map::KeyType const & key ) const {
       auto const * present = this->lookup( key );
       return present ? present->get() : nullptr;
    }

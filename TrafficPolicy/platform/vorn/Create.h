@@ -15,15 +15,15 @@ namespace Vorn {
 // Allocates through the class's type record, constructs, and switches notifications on. When the
 // constructor throws, the memory is given back, the accounting undone, and the exception passes.
 template< typename T, typename... Arguments >
-Ptr< T >
-create( Arguments &&... arguments ) {
-   static_assert( std::is_same_v< T, typename T::VornSelf >, "every class has its own type record" );
+Ptr< T > create( Arguments &&... arguments ) {
+   static_assert( std::is_same_v< T, typename T::VornSelf >,
+                  "every class has its own type record" );
    static_assert( alignof( T ) <= Pool::alignment );
    void * memory = T::typeRecord().allocate();
    Ptr< T > object;
    try {
-      object = Ptr< T >( ::new( memory ) T( std::forward< Arguments >( arguments )... ) );
-   } catch( ... ) {
+      object = Ptr< T >( ::new ( memory ) T( std::forward< Arguments >( arguments )... ) );
+   } catch ( ... ) {
       T::typeRecord().deallocate( memory );
       throw;
    }

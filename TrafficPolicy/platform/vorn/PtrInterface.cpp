@@ -6,18 +6,15 @@ namespace Vorn {
 
 PtrInterface::~PtrInterface() = default;
 
-NotifieeList *
-PtrInterface::notifieeList() const {
+NotifieeList * PtrInterface::notifieeList() const {
    return nullptr;
 }
 
-void
-PtrInterface::hasNotificationActiveIs( bool active ) {
+void PtrInterface::hasNotificationActiveIs( bool active ) {
    notificationActive_ = active;
 }
 
-void
-PtrInterface::zeroReferencesIs() {
+void PtrInterface::zeroReferencesIs() {
    TypeRecord const & record = type();
    void * memory = dynamic_cast< void * >( this );
    this->~PtrInterface();

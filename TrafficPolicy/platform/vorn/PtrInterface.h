@@ -12,7 +12,7 @@ class NotifieeList; // change listeners; show commands run to their end without 
 class TypeRecord;
 
 class PtrInterface {
- public:
+public:
    PtrInterface( PtrInterface const & ) = delete;
    PtrInterface & operator=( PtrInterface const & ) = delete;
 
@@ -27,23 +27,22 @@ class PtrInterface {
    // The record that describes the entity's most derived class and accounts its objects.
    virtual TypeRecord const & type() const = 0;
 
- protected:
+protected:
    PtrInterface() = default;
    virtual ~PtrInterface();
 
- public:
+public:
    bool hasNotificationActive() const { return notificationActive_; }
 
    void referenceAdd() const { countAdd( references_, 1u ); }
-   void
-   referenceDrop() const {
-      if( countSub( references_, 1u ) == 0 ) {
+   void referenceDrop() const {
+      if ( countSub( references_, 1u ) == 0 ) {
          const_cast< PtrInterface * >( this )->zeroReferencesIs();
       }
    }
    uint32_t references() const { return references_; }
 
- private:
+private:
    mutable uint32_t references_ = 0;
    bool notificationActive_ = false;
 };

@@ -1,0 +1,375 @@
+// Show objects and clearing over records in memory: what no state file can say.
+
+#include "TrafficPolicy/TrafficPolicyShowCliHelper.h"
+#include "TrafficPolicy/counters/CounterLookup.h"
+#include "TrafficPolicy/views/CliLabel.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <functional>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace {
+
+using namespace TrafficPolicyCli;
+using Classification::StructuredFilter;
+using PolicyMap::Action;
+using PolicyMap::ActionType;
+using PolicyMap::ClassMapMatchOption;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using Vorn::create;
+using Vorn::Ptr;
+
+std::vector< std::string > messages;
+
+void remember( Vorn::TraceFacility const &, int level, std::string_view, std::string_view text ) {
+   messages.push_back( std::to_string( level ) + ' ' + std::string( text ) );
+}
+
+void rememberFunction( Vorn::TraceFacility const &, int, std::string_view function,
+                       std::string_view text ) {
+   messages.push_back( std::string( function ) + ": " + std::string( text ) );
+}
+
+// One policy, "P", to which rules are added.
+class ShowTest : public testing::Test {
+protected:
+   ShowTest() {
+      config->policyMapConfigIs( "P", policyConfig );
+      policyConfig->currCfgIs( policy );
+      status->policyMapStatusIs( "P", policyStatus );
+      messages.clear();
+   }
+   ~ShowTest() override { trace.levelMaskIs( 0 ); }
+
+   void startTrace( uint32_t mask, Vorn::TraceFacility::Sink sink = remember ) {
+      trace.sinkIs( sink );
+      trace.levelMaskIs( mask );
+   }
+   Ptr< PolicyMap::ClassMapStatus > addRule( char const * name, unsigned family = 0 ) {
+      policy->classSequenceIs( static_cast< uint32_t >( policy->classSequence().size() ), name );
+      auto const rule = create< PolicyMap::ClassMapStatus >( name );
+      rule->matchIs( ClassMapMatchOption{ family } );
+      policyStatus->cmapIs( name, rule );
+      return rule;
+   }
+   Ptr< StructuredFilter > addFilter( char const * name, unsigned family = 0 ) {
+      auto const filter = create< StructuredFilter >();
+      auto const match = create< PolicyMap::ClassMapMatch >( ClassMapMatchOption{ family } );
+      match->structuredFilterIs( filter );
+      auto const rule = create< PolicyMap::ClassMapSubConfig >();
+      rule->matchIs( ClassMapMatchOption{ family }, match );
+      policy->rawClassMapIs( name, rule );
+      return filter;
+   }
+   void addActions( char const * name,
+                    std::vector< std::pair< unsigned, Ptr< Action const > > > const & actions ) {
+      auto const rule = create< PolicyMap::ClassAction >();
+      for ( auto const & [type, action] : actions ) {
+         rule->policyActionIs( ActionType{ type }, action );
+      }
+      policy->classActionIs( name, rule );
+   }
+   void addInterface( char const * name, char const * vrf, uint8_t code, char const * error = "" ) {
+      auto const intf = create< PolicyMap::IntfStatus >();
+      intf->installedIs( ClassMapMatchOption::ipv4, { code, error } );
+      policyStatus->intfStatusIs( Pelx::IntfId( name ), intf );
+      l3Interfaces->intfStatusIs( Pelx::IntfId( name ),
+                                  create< L3::Intf::Status >( L3::VrfName( vrf ) ) );
+   }
+   template< typename Show = ShowTrafficPolicyCpu >
+   Ptr< Show > cpu( bool errors = false, bool detail = false, bool counters = false ) {
+      return create< Show >( config, status, store, Vorn::String(), false, errors, detail, counters,
+                             true, vrfs, allVrfs, l3Interfaces );
+   }
+   // What the show object writes to the descriptor.
+   static std::string reply( ShowTrafficPolicyBase & show, unsigned format = 1 ) {
+      int const fd = ::open( "/tmp", O_TMPFILE | O_RDWR, 0600 );
+      EXPECT_GE( fd, 0 );
+      show.render( static_cast< unsigned >( fd ), format, 1 );
+      std::string text( static_cast< size_t >( ::lseek( fd, 0, SEEK_END ) ), ' ' );
+      EXPECT_EQ( ::pread( fd, text.data(), text.size(), 0 ),
+                 static_cast< ssize_t >( text.size() ) );
+      ::close( fd );
+      return text;
+   }
+
+   Ptr< TrafficPolicy::TrafficPolicyConfig > config =
+      create< TrafficPolicy::TrafficPolicyConfig >();
+   Ptr< TrafficPolicy::Status > status = create< TrafficPolicy::Status >();
+   Ptr< TrafficPolicy::Counter > store = create< TrafficPolicy::Counter >();
+   Ptr< PolicyMap::VrfConfig > vrfs = create< PolicyMap::VrfConfig >();
+   Ptr< Ip::AllVrfConfig > allVrfs = create< Ip::AllVrfConfig >();
+   Ptr< L3::Intf::StatusDir > l3Interfaces = create< L3::Intf::StatusDir >();
+   Ptr< PolicyMap::PolicyMapConfig > policyConfig = create< PolicyMap::PolicyMapConfig >();
+   Ptr< PolicyMap::PolicyMapSubConfig > policy = create< PolicyMap::PolicyMapSubConfig >( "P" );
+   Ptr< PolicyMap::PolicyMapStatus > policyStatus = create< PolicyMap::PolicyMapStatus >( "P" );
+};
+using ShowDeathTest = ShowTest;
+
+TEST_F( ShowTest, CachingTraces ) {
+   addRule( "found" );
+   addFilter( "found" );
+   addRule( "placeholder", 1 );
+   addActions( "placeholder", { { 14, create< PolicyMap::CountAction >( "c" ) } } );
+   policy->classSequenceIs( 77, "no-status" );
+   addRule( "no-family" )->matchDelAll();
+   status->policyMapStatusIs( "Q", create< PolicyMap::PolicyMapStatus >( "Q" ) );
+   status->policyMapStatusIs( "R", create< PolicyMap::PolicyMapStatus >( "R" ) );
+   config->policyMapConfigIs( "R", create< PolicyMap::PolicyMapConfig >() );
+   addInterface( "Et1", "red", 1 );
+   addInterface( "Et2", "blue", 2 );
+   addInterface( "Et3", "green", 3 );
+   startTrace( 1u << 1 | 1u << 4 | 1u << 7 );
+   cpu()->cachePoliciesState();
+   EXPECT_THAT(
+      messages,
+      ElementsAre( "7 Found class match config for found, ipv4", "7 Caching 0 found, ipv4",
+                   "7 Caching 1 placeholder, ipv6", "1 Class: placeholder has undefined counter: c",
+                   "1 No match option status found for no-family",
+                   "7 ClassMapStatus not found for no-status", "4 ruleCount 2, total class count 4",
+                   "7 Applied on red", "7 Failed on blue", "7 green is not processed",
+                   "7 red is not processed", "7 blue is not processed", "7 green is not processed",
+                   "7 PolicyMapConfig not found for Q", "7 currCfg not found for R" ) );
+   messages.clear();
+   startTrace( 1u << 8 );
+   showTrafficPolicyInterfaceFactory( config, status, store, "", false, false, false, false, false,
+                                      create< PolicyMap::IntfConfig >(), nullptr )
+      ->cachePolicyState( "P" );
+   std::string const name = "8 virtual void TrafficPolicyCli::ShowTrafficPolicy";
+   std::string const side = name + "Interface::";
+   std::string const option = "(const PtrConst&, PolicyMap::ClassMapMatchOption)";
+   EXPECT_THAT( messages, ElementsAre( name + "Base::cachePolicyState(Vorn::String)policyName:P",
+                                       side + "cacheIntfStatus(const PtrConst&)",
+                                       side + "cacheInstalledState" + option + " matchOption ipv4",
+                                       side + "cacheInstallError" + option + ", option:ipv4",
+                                       side + "cacheInstalledState" + option + " matchOption ipv6",
+                                       side + "cacheInstallError" + option + ", option:ipv6",
+                                       "8 No failures for option: ipv6" ) );
+}
+
+TEST_F( ShowDeathTest, BrokenInvariantsStopTheProcess ) {
+   EXPECT_DEATH( reply( *cpu( true, true ) ), "!policyState->detail\\(\\)" );
+   std::string const label = "No such label";
+   EXPECT_DEATH( CliLabel{ label }, "!!jsonName && \"Invalid mapping in cliMap\"" );
+   auto const rule = addRule( "R" );
+   auto const filter = addFilter( "R" );
+   filter->sourcesIs( Pelx::IpGenPrefix() );
+   EXPECT_THAT( reply( *cpu() ), HasSubstr( "Source prefix: 0.0.0.0/0\n" ) );
+   filter->srcPrefixSetsIs( "set" );
+   EXPECT_DEATH( reply( *cpu() ), "!structuredFilter->srcPrefixSets\\(\\)" );
+   filter->sourcesDelAll();
+   filter->destinationsIs( Pelx::IpGenPrefix() );
+   filter->dstPrefixSetsIs( "set" );
+   EXPECT_DEATH( reply( *cpu() ), "!structuredFilter->dstPrefixSets\\(\\)" );
+   rule->matchIs( ClassMapMatchOption::mac );
+   EXPECT_DEATH( reply( *cpu() ), "cmapStatus->matchs\\(\\) == 0" );
+
+   addRule( "R", 2 );
+   policyStatus->cmapDel( "R" );
+   addRule( "R", 2 );
+   addFilter( "R", 2 )->protocolsIs( { { 6, 6 } }, create< Classification::ProtoField >() );
+   EXPECT_DEATH( reply( *cpu() ), "false && \"Unrecognized match option\"" );
+   EXPECT_THAT( reply( *cpu(), 2 ), HasSubstr( "{\"protocolRange\":{\"low\":6,\"high\":6}}" ) );
+}
+
+TEST_F( ShowDeathTest, ActionsThatAreNotWhatTheyShould ) {
+   addRule( "R" );
+   for ( unsigned type = 0; type <= 21; ++type ) {
+      auto const plain = create< Action >( ActionType{ type } );
+      addActions( "R", { { type, plain } } );
+      if ( type == 5 || type == 16 ) {
+         EXPECT_THAT( reply( *cpu() ), HasSubstr( type == 5 ? "Drop\n" : "Log\n" ) );
+      } else if ( type == 7 || ( type >= 12 && type <= 14 ) ) {
+         EXPECT_DEATH( reply( *cpu() ), "Assertion" ) << type;
+         addActions( "R", { { type, nullptr } } );
+         EXPECT_DEATH( reply( *cpu() ), "Assertion" ) << type;
+      } else {
+         EXPECT_DEATH( reply( *cpu() ), "false && \"Unexpected action type\"" ) << type;
+      }
+   }
+   // Those above the last type are no business of the view.
+   auto const other = create< Action >( ActionType{ 22 } );
+   addActions( "R", { { 22, other }, { ~0u, nullptr } } );
+   std::string const without = reply( *cpu() );
+   EXPECT_THAT( without, testing::EndsWith( "      match R ipv4\n" ) );
+   addActions( "R", { { 22, other }, { 16, other } } );
+   EXPECT_EQ( reply( *cpu() ), without + "         Actions: Log\n" );
+   EXPECT_THAT( reply( *cpu(), 2 ), HasSubstr( "\"actions\":{\"log\":true}}]" ) );
+}
+
+TEST_F( ShowTest, FamiliesAndFormatsWithoutAName ) {
+   addRule( "R", 7 );
+   EXPECT_THAT( reply( *cpu() ), testing::EndsWith( "      match R \n" ) );
+   EXPECT_THAT( reply( *cpu(), 2 ), HasSubstr( "\"matchOption\":\"\"}" ) );
+   addFilter( "R", 7 )->ttlIs( { { 1, 2 } } );
+   addActions( "R", { { 5, create< Action >( ActionType::drop ) } } );
+   for ( bool const counters : { false, true } ) {
+      EXPECT_EQ( reply( *cpu( false, false, counters ), 3 ), "" );
+   }
+}
+
+// A show object whose steps can be watched and disturbed.
+class WatchedShow : public ShowTrafficPolicyCpu {
+   VORN_RECORD( WatchedShow )
+
+   using ShowTrafficPolicyCpu::ShowTrafficPolicyCpu;
+
+   void renderTrafficPolicy( unsigned fd, unsigned format, unsigned revision ) override {
+      calls.push_back( "render" );
+      ShowTrafficPolicyCpu::renderTrafficPolicy( fd, format, revision );
+   }
+   void cachePolicyState( Vorn::String name ) override {
+      calls.emplace_back( name.view() );
+      ShowTrafficPolicyCpu::cachePolicyState( name );
+      if ( disturb ) {
+         disturb( name );
+      }
+   }
+
+   std::vector< std::string > calls;
+   std::function< void( Vorn::String const & ) > disturb;
+};
+
+TEST_F( ShowTest, CountersReplaceThePolicyView ) {
+   for ( bool const errors : { false, true } ) {
+      auto const show = cpu< WatchedShow >( errors, true, true );
+      EXPECT_EQ( reply( *show ), "Traffic policy P\n" );
+      EXPECT_THAT( show->calls, ElementsAre( "P" ) );
+      EXPECT_EQ( show->policyState().size(), 1u );
+   }
+   auto const show = cpu< WatchedShow >();
+   reply( *show );
+   EXPECT_THAT( show->calls, ElementsAre( "P", "render" ) );
+}
+
+TEST_F( ShowTest, StatusMayChangeWhileItIsCached ) {
+   status->policyMapStatusIs( "T", create< PolicyMap::PolicyMapStatus >( "T" ) );
+   auto const show = cpu< WatchedShow >();
+   show->disturb = [&]( Vorn::String const & name ) {
+      status->policyMapStatusDel( name );
+      if ( name == std::string_view( "P" ) ) {
+         for ( char const * added : { "A", "S" } ) {
+            status->policyMapStatusIs( added, create< PolicyMap::PolicyMapStatus >( added ) );
+         }
+      }
+   };
+   show->cachePoliciesState();
+   EXPECT_THAT( show->calls, ElementsAre( "P", "S", "T" ) );
+}
+
+TEST_F( ShowTest, InterruptWhileCachingWritesOneLine ) {
+   addRule( "R" );
+   auto const show = cpu< WatchedShow >();
+   unsigned const served = wendo::interrupt::served();
+   wendo::interrupt::request();
+   testing::internal::CaptureStdout();
+   EXPECT_EQ( reply( *show ), "" );
+   EXPECT_EQ( testing::internal::GetCapturedStdout(), "exiting on interrupt\n" );
+   EXPECT_EQ( wendo::interrupt::served(), served + 1 );
+   EXPECT_THAT( show->calls, ElementsAre( "P" ) );
+   EXPECT_THAT( reply( *cpu() ), testing::StartsWith( "Traffic policy P\n" ) );
+}
+
+TEST_F( ShowTest, ErrorsOfTheDescriptorReachTheCaller ) {
+   int const full = ::open( "/dev/full", O_WRONLY );
+   for ( unsigned const format : { 1u, 2u } ) {
+      for ( bool const counters : { false, true } ) {
+         EXPECT_THROW(
+            cpu( false, false, counters )->render( static_cast< unsigned >( full ), format, 1 ),
+            std::system_error );
+      }
+   }
+   ::close( full );
+}
+
+Ptr< PolicyMap::PacketDataStatus > counterWith( uint64_t id, uint64_t count ) {
+   auto const counter = create< PolicyMap::PacketDataStatus >( "c" );
+   counter->uniqueIdIs( Umbo::UniqueId( id ) );
+   counter->totalIs( { count, count } );
+   for ( char const * name : { "Et1", "Et2" } ) {
+      Pelx::IntfId const intf( name );
+      auto const data = create< PolicyMap::IntfCountData >( intf, Umbo::UniqueId( id ) );
+      data->countDataIs( { count, count } );
+      counter->intfCountDataIs( intf, data );
+   }
+   return counter;
+}
+
+TEST_F( ShowTest, CountsThatMovedBackwardsAreTraced ) {
+   auto const rule = addRule( "R" );
+   rule->packetCountIs( 10 );
+   policyStatus->counterStatusIs( "c", counterWith( 1, 10 ) );
+   status->perIntfCountingIs( true );
+   trafficPolicyCounterFactory( status, store )->clearCounter();
+   startTrace( 1u << 1, rememberFunction );
+   Pelx::IntfId const intf( "Et1" );
+   for ( uint64_t const count : { 10, 9 } ) {
+      rule->packetCountIs( count );
+      auto const counter = counterWith( 1, count );
+      EXPECT_EQ( getRulePacketCount( rule, store, "P" ), 0u );
+      EXPECT_EQ( getNamedPacketCount( store, counter, "P" ), 0u );
+      EXPECT_EQ( getNamedByteCount( store, counter, "P" ), 0u );
+      EXPECT_EQ( getInterfacePacketCount( store, counter, "P", intf ), 0u );
+      EXPECT_EQ( getInterfaceByteCount( store, counter, "P", intf ), 0u );
+   }
+   std::string const policyText = ": Counter value for policy P, ";
+   EXPECT_THAT(
+      messages,
+      ElementsAre(
+         "getRulePacketCount" + policyText + "class R has moved backwards",
+         "getNamedPacketCount" + policyText + "counter c has moved backwards",
+         "getNamedByteCount" + policyText + "counter c has moved backwards",
+         "getInterfacePacketCount" + policyText + "counter c, intf: Et1 has moved backwards",
+         "getInterfaceByteCount" + policyText + "counter c, intf: Et1 has moved backwards" ) );
+   EXPECT_EQ( getNamedPacketCount( store, counterWith( 2, 9 ), "P" ), 9u );
+   EXPECT_EQ( getInterfacePacketCount( store, counterWith( 2, 9 ), "P", intf ), 9u );
+   EXPECT_EQ( getRulePacketCount( rule, nullptr, "P" ), 9u );
+}
+
+TEST_F( ShowTest, ClearKeepsSnapshotsOfTheSameCounter ) {
+   TrafficPolicy::NamedCounterKey const key{ { "P", "c" } };
+   auto const clear = [&]( Ptr< PolicyMap::PacketDataStatus > const & counter, bool perInterface ) {
+      policyStatus->counterStatusIs( "c", counter );
+      status->perIntfCountingIs( perInterface );
+      trafficPolicyCounterFactory( status, store )->clearCounter();
+      return store->namedSnapshot( key );
+   };
+   // Held, so that no later entity stands at the same address.
+   Ptr< TrafficPolicy::NamedCounterVersion const > const first(
+      clear( counterWith( 1, 10 ), true ) );
+   Ptr< PolicyMap::IntfCountData const > const data( first->perIntfCount( Pelx::IntfId( "Et1" ) ) );
+   EXPECT_GT( store->timestamp(), 1.7e9 );
+   EXPECT_EQ( clear( counterWith( 1, 20 ), true ), first.get() );
+   EXPECT_EQ( first->perIntfCount( Pelx::IntfId( "Et1" ) ), data.get() );
+   EXPECT_EQ( data->countData().packets, 20u );
+
+   // Without counting per interface the entries stay as they are, but for interfaces that are gone.
+   auto const shrunk = counterWith( 1, 30 );
+   shrunk->intfCountDataDel( Pelx::IntfId( "Et2" ) );
+   EXPECT_EQ( clear( shrunk, false ), first.get() );
+   EXPECT_EQ( first->totalCount().bytes, 30u );
+   EXPECT_EQ( data->countData().packets, 20u );
+   EXPECT_EQ( first->perIntfCount().size(), 1u );
+
+   Ptr< TrafficPolicy::NamedCounterVersion const > const next(
+      clear( counterWith( 2, 5 ), false ) );
+   EXPECT_NE( next, first );
+   EXPECT_EQ( next->uniqueId(), Umbo::UniqueId( 2 ) );
+   EXPECT_TRUE( next->perIntfCount().empty() );
+
+   addRule( "R" );
+   clear( counterWith( 2, 5 ), true );
+   EXPECT_EQ( store->snapshot().size(), 1u );
+   status->policyMapStatusDelAll();
+   trafficPolicyCounterFactory( status, store )->clearCounter();
+   EXPECT_TRUE( store->snapshot().empty() );
+   EXPECT_TRUE( store->namedSnapshot().empty() );
+}
+
+} // namespace
