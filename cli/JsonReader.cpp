@@ -89,9 +89,11 @@ std::string Place::text() const {
    return path;
 }
 
-// The fast parser does not say where a document breaks; a second, exact one does, once there is an
-// error to report.
-void failSyntax( JsonSource const & source, simdjson::error_code error ) {
+namespace {
+
+// Fails when the text is no JSON, naming line and column. The fast parser does not say where a
+// document breaks; this second, exact one does, once there is an error to report.
+void checkSyntax( JsonSource const & source ) {
    std::string_view const text = source.file.text();
    rapidjson::MemoryStream stream( text.data(), text.size() );
    rapidjson::EncodedInputStream< rapidjson::UTF8<>, rapidjson::MemoryStream > input( stream );
@@ -100,13 +102,20 @@ void failSyntax( JsonSource const & source, simdjson::error_code error ) {
    constexpr unsigned flags =
       rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
    auto const result = reader.Parse< flags >( input, ignore );
-   std::string message = simdjson::error_message( error );
-   size_t offset = text.size();
    if ( result.IsError() ) {
-      offset = result.Offset();
-      message = rapidjson::GetParseError_En( result.Code() );
+      throw FileError( source.path + ": " + lineAndColumn( text, result.Offset() ) + ": "
+                       + rapidjson::GetParseError_En( result.Code() ) );
    }
-   throw FileError( source.path + ": " + lineAndColumn( text, offset ) + ": " + message );
+}
+
+} // namespace
+
+void failSyntax( JsonSource const & source, simdjson::error_code error ) {
+   checkSyntax( source );
+   if ( error == simdjson::SCALAR_DOCUMENT_AS_VALUE ) {
+      throw FileError( source.path + ": /: the document is not an object" );
+   }
+   throw FileError( source.path + ": " + simdjson::error_message( error ) );
 }
 
 void JsonValue::fail( std::string const & message ) const {
@@ -173,6 +182,7 @@ std::string_view JsonValue::name( std::string_view what ) {
 uint64_t JsonValue::number( std::string_view what, uint64_t maximum ) {
    uint64_t number = 0;
    if ( value_.get_uint64().get( number ) || number > maximum ) {
+      checkSyntax( *source_ ); // a number at the end of a cut file is not to blame
       fail( rawText() + " is not " + std::string( what ) + " (0 to " + std::to_string( maximum )
             + ")" );
    }
@@ -182,6 +192,7 @@ uint64_t JsonValue::number( std::string_view what, uint64_t maximum ) {
 double JsonValue::real() {
    double number = 0;
    if ( value_.get_double().get( number ) ) {
+      checkSyntax( *source_ );
       fail( rawText() + " is not a number" );
    }
    return number;

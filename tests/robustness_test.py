@@ -24,6 +24,10 @@ def state(packets):
             rule: {"families": ["ipv4"], "packets": packets} for rule in rules}}}}})
 
 
+# A store from before the test.
+STORE = '{"timestamp": 1, "rules": [], "namedCounters": []}'
+
+
 class Robustness(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
@@ -120,18 +124,18 @@ class Robustness(unittest.TestCase):
         self.assertEqual(os.listdir(self.stores), ["store"])
 
     def test_no_room_for_the_store(self):
-        self.store.write_text('{"timestamp": 1}')
+        self.store.write_text(STORE)
         # Without signals restored, the one about the file's size stays ignored.
         self.finish(self.clear(restore_signals=False, preexec_fn=lambda: resource.setrlimit(
             resource.RLIMIT_FSIZE, (100000, 100000))), 1, error_lines=1)
         self.stores.chmod(0o555)
         self.finish(self.clear(user=65534 if os.geteuid() == 0 else None), 1, error_lines=1)
-        self.assertEqual(self.store.read_text(), '{"timestamp": 1}')
+        self.assertEqual(self.store.read_text(), STORE)
         self.assertEqual(os.listdir(self.stores), ["store"])
 
     def test_mode_and_link_are_kept(self):
         target = self.stores / "target"
-        target.write_text("{}")
+        target.write_text(STORE)
         target.chmod(0o640)
         self.store.symlink_to("target")
         self.finish(self.clear(packets=2), 0)

@@ -31,7 +31,7 @@ def run(program, words, folder):
 
 
 def refusal(program, kind, document, folder):
-    files = {"state.json": b"{}", STORE: b'{"timestamp": 1}',
+    files = {"state.json": b"{}", STORE: b'{"timestamp":1,"rules":[],"namedCounters":[]}',
              {"state": "state.json", "store": STORE}[kind]: document}
     for name, content in files.items():
         (folder / name).write_bytes(content)

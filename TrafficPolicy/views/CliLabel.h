@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string_view>
 
 namespace TrafficPolicyCli {
@@ -68,11 +69,11 @@ private:
       , key_( keyOf( label, suffix ) ) {}
 
    static constexpr wendo::JsonKey keyOf( std::string_view label, std::string_view suffix ) {
-      std::string_view const * jsonName = nullptr;
+      std::optional< std::string_view > jsonName;
       for ( CliMapEntry const & entry : cliMap ) {
          if ( entry.label.size() == label.size() + suffix.size() && entry.label.starts_with( label )
               && entry.label.ends_with( suffix ) ) {
-            jsonName = &entry.jsonName;
+            jsonName = entry.jsonName;
          }
       }
       VORN_ASSERT( !!jsonName && "Invalid mapping in cliMap" );

@@ -2,6 +2,14 @@
 
 namespace Vorn {
 
+EntryList::EntryList( size_t entries ) {
+   entries_.reserve( entries );
+}
+
+void EntryList::add( Value key, Value value ) {
+   entries_.push_back( { std::move( key ), std::move( value ) } );
+}
+
 std::vector< std::string_view > AttributeOperations::names() const {
    std::vector< std::string_view > result;
    auto const add = [&result]( auto * operation, std::string_view name ) {

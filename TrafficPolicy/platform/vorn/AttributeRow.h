@@ -10,6 +10,7 @@
 
 #include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Vorn {
@@ -20,6 +21,18 @@ struct Entry {
    Value value;
 
    friend bool operator==( Entry const &, Entry const & ) = default;
+};
+
+// Collects the entries of a collection.
+class EntryList {
+public:
+   // Makes room for this many.
+   explicit EntryList( size_t entries );
+   void add( Value key, Value value = {} );
+   std::vector< Entry > take() { return std::move( entries_ ); }
+
+private:
+   std::vector< Entry > entries_;
 };
 
 // What can be done with the storage of an attribute: one table for all attributes of one kind and

@@ -56,7 +56,9 @@ struct Constructor< Class, std::tuple< RowTag< Declarer, line >... > > {
    static constexpr std::array< ParameterRow, sizeof...( line ) > parameters{ ParameterRow{
       declaredAt< Declarer, line >.name, typeName< StorageAt< Declarer, line > >() }... };
 
-   static Ptr< PtrInterface > construct( [[maybe_unused]] std::span< Value const > values ) {
+   // Cold: small rather than fast, and apart from the code that commands run through.
+   [[gnu::cold]] static Ptr< PtrInterface >
+   construct( [[maybe_unused]] std::span< Value const > values ) {
       [[maybe_unused]] size_t next = 0;
       [[maybe_unused]] auto const convert = [&]< typename T >( std::type_identity< T > ) {
          size_t const at = next++;

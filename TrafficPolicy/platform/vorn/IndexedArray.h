@@ -71,8 +71,7 @@ public:
 
    // The value at the index; empty past the end.
    Value const & at( unsigned index ) const {
-      static Value const nothing{};
-      return index < slots_.size() ? slots_[index] : nothing;
+      return index < slots_.size() ? slots_[index] : nothing_;
    }
    void set( unsigned index, Value const & value ) {
       if ( index >= slots_.size() ) {
@@ -105,6 +104,8 @@ private:
       }
       return at;
    }
+
+   static inline Value const nothing_{};
 
    std::vector< Value > slots_;
 };

@@ -62,12 +62,12 @@ struct MapOperations : KeyedOperations< Map > {
       storageOf< Map >( storage ).set( convertedKey, fromValue< Mapped >( value, place ) );
    }
    static std::vector< Entry > entries( void const * storage ) {
-      std::vector< Entry > result;
-      result.reserve( storageOf< Map >( storage ).size() );
-      for ( auto const & [key, value] : storageOf< Map >( storage ) ) {
-         result.push_back( { key, value } );
+      auto const & map = storageOf< Map >( storage );
+      EntryList list( map.size() );
+      for ( auto const & [key, value] : map ) {
+         list.add( key, value );
       }
-      return result;
+      return list.take();
    }
    static constexpr AttributeOperations table{ .keyType = typeName< Key >(),
                                                .valueType = typeName< Mapped >(),
@@ -117,12 +117,12 @@ struct StorageOperations< HashSet< Key > > : KeyedOperations< HashSet< Key > > {
       storageOf< Set >( storage ).insert( convertedKey );
    }
    static std::vector< Entry > entries( void const * storage ) {
-      std::vector< Entry > result;
-      result.reserve( storageOf< Set >( storage ).size() );
-      for ( Key const & key : storageOf< Set >( storage ) ) {
-         result.push_back( { key, {} } );
+      auto const & set = storageOf< Set >( storage );
+      EntryList list( set.size() );
+      for ( Key const & key : set ) {
+         list.add( key );
       }
-      return result;
+      return list.take();
    }
    static constexpr AttributeOperations table{ .keyType = typeName< Key >(),
                                                .lookup = lookup,
@@ -158,12 +158,12 @@ struct StorageOperations< IndexedArray< T > > {
    }
    static void clear( void * storage ) { storageOf< Array >( storage ).clear(); }
    static std::vector< Entry > entries( void const * storage ) {
-      std::vector< Entry > result;
       auto const & array = storageOf< Array >( storage );
+      EntryList list( array.size() );
       for ( auto at = array.begin(); at != array.end(); ++at ) {
-         result.push_back( { at.index(), *at } );
+         list.add( at.index(), *at );
       }
-      return result;
+      return list.take();
    }
    static constexpr AttributeOperations table{ .keyType = typeName< unsigned >(),
                                                .valueType = typeName< T >(),

@@ -27,6 +27,12 @@ struct Describe {
 
 } // namespace
 
+Value::Value( Value const & ) = default;
+Value::Value( Value && ) noexcept = default;
+Value & Value::operator=( Value const & ) = default;
+Value & Value::operator=( Value && ) noexcept = default;
+Value::~Value() = default;
+
 Value Value::readOnly() const {
    auto const * entity = get< Entity >();
    return entity ? Value( ConstEntity( *entity ) ) : *this;

@@ -45,6 +45,12 @@ public:
 
    // Nothing: what a lookup of an absent key gives.
    Value() = default;
+   // Not inline: the operations of every attribute copy values, and none is in a hurry.
+   Value( Value const & );
+   Value( Value && ) noexcept;
+   Value & operator=( Value const & );
+   Value & operator=( Value && ) noexcept;
+   ~Value();
    template< std::same_as< bool > T >
    Value( T value )
       : content_( value ) {}

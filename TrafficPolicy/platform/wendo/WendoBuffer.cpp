@@ -55,18 +55,17 @@ void WendoBuffer::writeOut() {
    std::string_view left = committed();
    while ( !left.empty() && !failed_ ) {
       ssize_t const written = ::write( fd_, left.data(), left.size() );
+      int const error = errno;
       if ( written >= 0 ) {
          left.remove_prefix( static_cast< size_t >( written ) );
-         continue;
-      }
-      int const error = errno;
-      if ( error == EAGAIN || error == EWOULDBLOCK ) {
+      } else if ( error == EAGAIN || error == EWOULDBLOCK ) {
          awaitWritable( fd_ );
       } else if ( error != EINTR ) {
          failed_ = true;
          throw std::system_error( error, std::generic_category(), "cannot write the output" );
       }
-      if ( interrupt::requested ) {
+      // A signal during a write that had begun shows as a short write, not as an error.
+      if ( interrupt::requested && !left.empty() ) {
          keep( left );
          interrupt::serve();
       }
