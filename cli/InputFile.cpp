@@ -36,7 +36,7 @@ void InputFile::Free::operator()( char * bytes ) const {
 InputFile::InputFile( std::string const & path ) {
    if ( path == "-" ) {
       grow( 1 << 16 );
-      readAll( STDIN_FILENO );
+      readAll( STDIN_FILENO, "standard input" );
       return;
    }
    FileDescriptor const file( ::open( path.c_str(), O_RDONLY | O_CLOEXEC ) );
@@ -47,13 +47,9 @@ InputFile::InputFile( std::string const & path ) {
    if ( status.st_size > std::numeric_limits< int32_t >::max() / 2 && sizeof( size_t ) == 4 ) {
       fail( path, EFBIG );
    }
-   try {
-      // One byte more than the file has, so that its end is seen without growing.
-      grow( static_cast< size_t >( status.st_size ) + padding + 1 );
-      readAll( file.get() );
-   } catch ( FileError const & ) {
-      fail( path, errno );
-   }
+   // One byte more than the file has, so that its end is seen without growing.
+   grow( static_cast< size_t >( status.st_size ) + padding + 1 );
+   readAll( file.get(), path );
 }
 
 void InputFile::grow( size_t capacity ) {
@@ -66,7 +62,7 @@ void InputFile::grow( size_t capacity ) {
    capacity_ = capacity;
 }
 
-void InputFile::readAll( int fd ) {
+void InputFile::readAll( int fd, std::string const & path ) {
    for ( ;; ) {
       wendo::interrupt::check();
       if ( capacity_ - size_ <= padding ) {
@@ -79,7 +75,7 @@ void InputFile::readAll( int fd ) {
       if ( got > 0 ) {
          size_ += static_cast< size_t >( got );
       } else if ( errno != EINTR ) {
-         throw FileError( std::string( "standard input: " ) + std::strerror( errno ) );
+         fail( path, errno );
       }
    }
    std::memset( bytes_.get() + size_, 0, padding );

@@ -24,7 +24,7 @@ private:
    };
    // A new capacity, keeping what was read.
    void grow( size_t capacity );
-   void readAll( int fd );
+   void readAll( int fd, std::string const & path );
 
    std::unique_ptr< char, Free > bytes_;
    size_t size_ = 0;

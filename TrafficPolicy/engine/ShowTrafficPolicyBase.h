@@ -45,6 +45,7 @@ class ShowTrafficPolicyBase : public Vorn::PtrInterface {
    virtual void renderCountPerInterface( wendo::RendererV2 * renderer );
    // Caches every policy that has a status.
    virtual void cachePoliciesState();
+   // Caches one policy, which has a status.
    virtual void cachePolicyState( Vorn::String policyName );
    // Hooks of the policy caching: the policy's interface statuses, once; then installed state and
    // errors per address family.

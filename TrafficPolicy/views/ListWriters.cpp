@@ -4,11 +4,6 @@
 
 namespace TrafficPolicyCli {
 
-void traceList( Vorn::TraceText const & signature, CliLabel const & label ) {
-   trace.write( 8, signature, label.text() );
-   trace.write( 8, { "", signature.function }, label.text(), " --> ", label.key().name() );
-}
-
 std::string_view numericalValueToStrFor( CliLabel const & label, uint32_t value,
                                          ClassMapMatchOption matchOption ) {
    if ( label.text() == "DSCP" ) {

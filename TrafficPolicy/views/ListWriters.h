@@ -52,22 +52,24 @@ void writeRange( wendo::RendererV2 & renderer, CliLabel const & label,
                  Classification::NumericalRange const & range, ClassMapMatchOption matchOption );
 
 // The trace of a list writer on entry, and after its key is known.
-void traceList( Vorn::TraceText const & signature, CliLabel const & label );
+inline void traceList( Vorn::TraceText const & signature, CliLabel const & label ) {
+   trace.write( 8, signature, label.text() );
+   trace.write( 8, { "", signature.function }, label.text(), " --> ", label.key().name() );
+}
 
 // A list whose elements are written by one call each.
 template< typename Element, typename Writer >
 void renderSorted( wendo::RendererV2 & renderer, CliLabel const & label, auto const & elements,
                    unsigned indent, Writer const & writer ) {
-   SortedView< Element > const sorted( elements );
    ListLines lines( renderer, label, indent );
    renderer.startJsonList( label.key() );
-   for ( Element const * element : sorted ) {
+   forEachSorted< Element >( elements, [&]( Element const & element ) {
       if ( renderer.isText() ) {
          lines.next();
       }
-      writer( *element );
+      writer( element );
       renderer.eol();
-   }
+   } );
    renderer.endJsonList();
 }
 

@@ -15,6 +15,7 @@ using wendo::RendererV2;
 constexpr CliLabel protocolLabel( "Protocol" );
 constexpr uint32_t tcp = 6; // RFC 9293
 
+using Protocols = Vorn::HashMap< ProtocolRange, Vorn::Ptr< ProtoField const > >;
 using ProtocolEntry = Vorn::HashMapEntry< ProtocolRange, Vorn::Ptr< ProtoField const > >;
 using IcmpEntry = Vorn::HashMapEntry< Classification::IcmpTypeRange,
                                       Vorn::Ptr< Classification::TypeAndCode const > >;
@@ -130,39 +131,37 @@ void renderConditions( RendererV2 & renderer, ProtocolRange const & range, Proto
    }
 }
 
-void renderProtocolsJson( RendererV2 & renderer, SortedView< ProtocolEntry > const & protocols,
+void renderProtocolsJson( RendererV2 & renderer, Protocols const & protocols,
                           ClassMapMatchOption matchOption ) {
    static constexpr JsonKey protocolRange( "protocolRange" );
    renderer._startJsonList( protocolLabel.key() );
-   for ( ProtocolEntry const * protocol : protocols ) {
+   forEachSorted< ProtocolEntry >( protocols, [&]( ProtocolEntry const & protocol ) {
       renderer._startJsonListEntry();
-      renderer._addJsonRange( protocolRange, protocol->key.low, protocol->key.high );
-      renderConditions( renderer, protocol->key, *protocol->value, 0, matchOption );
+      renderer._addJsonRange( protocolRange, protocol.key.low, protocol.key.high );
+      renderConditions( renderer, protocol.key, *protocol.value, 0, matchOption );
       renderer.endJsonListEntry();
-   }
+   } );
    renderer.endJsonList();
 }
 
-void renderProtocolsText( RendererV2 & renderer, SortedView< ProtocolEntry > const & protocols,
-                          bool plain, unsigned indent, unsigned step,
-                          ClassMapMatchOption matchOption ) {
+void renderProtocolsText( RendererV2 & renderer, Protocols const & protocols, unsigned indent,
+                          unsigned step, ClassMapMatchOption matchOption ) {
    auto const value = [&]( ProtocolEntry const & protocol, ListLines & lines ) {
       lines.next();
       writeRange( renderer, protocolLabel, protocol.key, matchOption );
       renderer.eol();
    };
-   if ( plain ) {
+   if ( isPlain( protocols ) ) {
       ListLines lines( renderer, protocolLabel, indent );
-      for ( ProtocolEntry const * protocol : protocols ) {
-         value( *protocol, lines );
-      }
+      forEachSorted< ProtocolEntry >(
+         protocols, [&]( ProtocolEntry const & protocol ) { value( protocol, lines ); } );
       return;
    }
-   for ( ProtocolEntry const * protocol : protocols ) {
+   forEachSorted< ProtocolEntry >( protocols, [&]( ProtocolEntry const & protocol ) {
       ListLines lines( renderer, protocolLabel, indent );
-      value( *protocol, lines );
-      renderConditions( renderer, protocol->key, *protocol->value, indent + step, matchOption );
-   }
+      value( protocol, lines );
+      renderConditions( renderer, protocol.key, *protocol.value, indent + step, matchOption );
+   } );
 }
 
 } // namespace
@@ -173,12 +172,10 @@ void renderProtocol( RendererV2 & renderer,
    traceList( "void TrafficPolicyCli::renderProtocol(wendo::RendererV2&, Vorn::String, "
               "const PtrConst&, U32, U32, PolicyMap::ClassMapMatchOption) ",
               protocolLabel );
-   SortedView< ProtocolEntry > const protocols( structuredFilter.protocols() );
    if ( renderer.isJson() ) {
-      renderProtocolsJson( renderer, protocols, matchOption );
+      renderProtocolsJson( renderer, structuredFilter.protocols(), matchOption );
    } else if ( renderer.isText() ) {
-      renderProtocolsText( renderer, protocols, isPlain( structuredFilter.protocols() ), indent,
-                           step, matchOption );
+      renderProtocolsText( renderer, structuredFilter.protocols(), indent, step, matchOption );
    }
 }
 

@@ -45,4 +45,17 @@ private:
    Element const ** end_;
 };
 
+// Calls the function with each element in ascending order. Most collections of a rule have one: it
+// is handed on as it stands.
+template< typename Element, typename Collection, typename Function >
+void forEachSorted( Collection const & collection, Function const & function ) {
+   if ( collection.size() == 1 ) {
+      function( *collection.begin() );
+      return;
+   }
+   for ( Element const * element : SortedView< Element >( collection ) ) {
+      function( *element );
+   }
+}
+
 } // namespace TrafficPolicyCli

@@ -9,7 +9,8 @@
 // hash, so that a search rarely touches an entry that is not the one.
 //
 // Iterators are checked: an ended one, and one that is older than the last deletion, fails the
-// assertion "iter_". Insertion keeps iterators, but not references to entries.
+// assertion "iter_". Insertion keeps iterators
+// (unless it also gives back the room of deleted entries), but not references to entries.
 
 #pragma once
 

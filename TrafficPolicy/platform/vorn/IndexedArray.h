@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <vector>
 
@@ -75,7 +76,7 @@ public:
    }
    void set( unsigned index, Value const & value ) {
       if ( index >= slots_.size() ) {
-         grow( size_t{ index } + 1 );
+         grow( uint64_t{ index } + 1 );
       }
       slots_[index] = value;
    }
@@ -94,9 +95,9 @@ public:
    Iterator end() const { return { this, slots_.size() }; }
 
 private:
-   void grow( size_t newEntries ) {
+   void grow( uint64_t newEntries ) {
       VORN_ASSERT( newEntries < 2003004 );
-      slots_.resize( newEntries );
+      slots_.resize( static_cast< size_t >( newEntries ) );
    }
    size_t heldFrom( size_t at ) const {
       while ( at < slots_.size() && !slots_[at] ) {

@@ -42,12 +42,7 @@ public:
    template< typename... Values >
    void write( int level, TraceText message, Values const &... values ) const {
       if ( enabled( level ) ) [[unlikely]] {
-         std::ostringstream text;
-         text << message.text;
-         ( ( text << values ), ... );
-         // A template's name comes with its arguments, which say nothing here.
-         std::string_view const function = message.function;
-         sink_( *this, level, function.substr( 0, function.find( '<' ) ), text.view() );
+         format( level, message, values... );
       }
    }
 
@@ -56,6 +51,18 @@ public:
                                 std::string_view function, std::string_view text );
 
 private:
+   // Not inlined: a caller would carry the stream's stack space and its clean-up.
+   template< typename... Values >
+   [[gnu::noinline, gnu::cold]] void format( int level, TraceText message,
+                                             Values const &... values ) const {
+      std::ostringstream text;
+      text << message.text;
+      ( ( text << values ), ... );
+      // A template's name comes with its arguments, which say nothing here.
+      std::string_view const function = message.function;
+      sink_( *this, level, function.substr( 0, function.find( '<' ) ), text.view() );
+   }
+
    char const * name_;
    Sink sink_;
    uint32_t mask_ = 0;

@@ -50,6 +50,11 @@ bool isEscaped( char byte ) {
    return static_cast< unsigned char >( byte ) < 0x20 || byte == '"' || byte == '\\';
 }
 
+// Most bytes: ASCII that passes unchanged.
+bool isPlain( char byte ) {
+   return static_cast< signed char >( byte ) >= 0x20 && byte != '"' && byte != '\\';
+}
+
 } // namespace
 
 void appendEscaped( PrintBuffer & buffer, std::string_view text ) {
@@ -60,7 +65,9 @@ void appendEscaped( PrintBuffer & buffer, std::string_view text ) {
       plain = 0;
    };
    while ( plain < text.size() ) {
-      if ( isEscaped( text[plain] ) ) {
+      if ( isPlain( text[plain] ) ) {
+         ++plain;
+      } else if ( isEscaped( text[plain] ) ) {
          appendPlain();
          appendEscape( buffer, text[0] );
          text.remove_prefix( 1 );

@@ -12,10 +12,11 @@ namespace wendo {
 
 namespace {
 
-// Waits until a descriptor in non-blocking mode takes bytes again.
+// Waits until a descriptor in non-blocking mode takes bytes again, a while at the most: a signal
+// just before the wait does not end it, so the caller looks for an interrupt now and then.
 void awaitWritable( int fd ) {
    pollfd request{ fd, POLLOUT, 0 };
-   ::poll( &request, 1, -1 );
+   ::poll( &request, 1, 100 );
 }
 
 } // namespace
