@@ -35,14 +35,13 @@ constexpr Format formats[] = { { "text", 1 }, { "json", 2 } };
 
 enum class Side { cpu, interface };
 
-Vorn::Ptr< ShowTrafficPolicyBase >
-makeShow( Side side, Kind const & kind, World const & world ) {
+Vorn::Ptr< ShowTrafficPolicyBase > makeShow( Side side, Kind const & kind, World const & world ) {
    Inputs const & inputs = world.inputs;
    Vorn::Ptr< TrafficPolicy::Counter const > counter = inputs.counter;
-   if( kind.afterClear ) {
+   if ( kind.afterClear ) {
       counter = world.cleared;
    }
-   if( side == Side::cpu ) {
+   if ( side == Side::cpu ) {
       return TrafficPolicyCli::showTrafficPolicyCpuFactory(
          inputs.config, inputs.status, counter, "", kind.summary, kind.errors, kind.detail,
          kind.counters, kind.perInterface, inputs.vrfConfig, inputs.allVrfConfig, inputs.l3Status );
@@ -53,43 +52,43 @@ makeShow( Side side, Kind const & kind, World const & world ) {
 }
 
 class ShowCommand : public Command {
- public:
+public:
    ShowCommand( Vorn::Ptr< ShowTrafficPolicyBase > show, unsigned format )
-       : show_( std::move( show ) ), format_( format ) {}
+      : show_( std::move( show ) )
+      , format_( format ) {}
    void run( int fd ) override { show_->render( static_cast< unsigned >( fd ), format_, 1 ); }
 
- private:
+private:
    Vorn::Ptr< ShowTrafficPolicyBase > show_;
    unsigned format_;
 };
 
 class CachingCommand : public Command {
- public:
+public:
    explicit CachingCommand( Vorn::Ptr< ShowTrafficPolicyBase > show )
-       : show_( std::move( show ) ) {}
+      : show_( std::move( show ) ) {}
    void run( int ) override { show_->cachePoliciesState(); }
 
- private:
+private:
    Vorn::Ptr< ShowTrafficPolicyBase > show_;
 };
 
 class ClearCommand : public Command {
- public:
+public:
    ClearCommand( Inputs const & inputs, Vorn::Ptr< TrafficPolicy::Counter > const & store )
-       : clear_( TrafficPolicyCli::trafficPolicyCounterFactory( inputs.status, store ) ) {}
+      : clear_( TrafficPolicyCli::trafficPolicyCounterFactory( inputs.status, store ) ) {}
    void run( int ) override { clear_->clearCounter(); }
 
- private:
+private:
    Vorn::Ptr< TrafficPolicyCli::TrafficPolicyCounter > clear_;
 };
 
-void
-addSide( std::vector< Case > & cases, Side side, std::string const & sideName ) {
-   for( Kind const & kind : kinds ) {
-      for( Format const & format : formats ) {
+void addSide( std::vector< Case > & cases, Side side, std::string const & sideName ) {
+   for ( Kind const & kind : kinds ) {
+      for ( Format const & format : formats ) {
          Case show;
          show.name = sideName + "/" + kind.name + "/" + format.name;
-         show.command = [ =, &kind ]( World const & world ) {
+         show.command = [=, &kind]( World const & world ) {
             return std::make_unique< ShowCommand >( makeShow( side, kind, world ), format.number );
          };
          show.reference = kind.detail;
@@ -99,9 +98,9 @@ addSide( std::vector< Case > & cases, Side side, std::string const & sideName ) 
    }
    cases.push_back( { .name = sideName + "/caching",
                       .command =
-                         [ = ]( World const & world ) {
+                         [=]( World const & world ) {
                             return std::make_unique< CachingCommand >(
-                               makeShow( side, kinds[ 0 ], world ) );
+                               makeShow( side, kinds[0], world ) );
                          },
                       .writes = false } );
 }
@@ -109,13 +108,13 @@ addSide( std::vector< Case > & cases, Side side, std::string const & sideName ) 
 } // namespace
 
 World::World( std::vector< Filter > const & filters, size_t count, BuildOptions const & options )
-    : rules( makeRules( filters, count ) ), inputs( buildPolicy( rules, options ) ),
-      cleared( Vorn::create< TrafficPolicy::Counter >() ) {
+   : rules( makeRules( filters, count ) )
+   , inputs( buildPolicy( rules, options ) )
+   , cleared( Vorn::create< TrafficPolicy::Counter >() ) {
    ClearCommand( inputs, cleared ).run( -1 );
 }
 
-std::vector< Case >
-allCases() {
+std::vector< Case > allCases() {
    std::vector< Case > cases;
    addSide( cases, Side::cpu, "cpu" );
    addSide( cases, Side::interface, "interface" );

@@ -22,7 +22,7 @@ struct World {
 
 // One run of a command: made fresh, run once, dropped.
 class Command {
- public:
+public:
    Command() = default;
    virtual ~Command() = default;
    Command( Command const & ) = delete;

@@ -14,9 +14,8 @@ namespace {
 
 using Series = std::vector< double >;
 
-double
-median( Series values ) {
-   if( values.empty() ) {
+double median( Series values ) {
+   if ( values.empty() ) {
       return 0;
    }
    auto const middle = values.begin() + static_cast< ptrdiff_t >( values.size() / 2 );
@@ -25,26 +24,26 @@ median( Series values ) {
 }
 
 // Of the paired values; 0 for an empty series.
-double
-medianRatio( Series const & of, Series const & to ) {
+double medianRatio( Series const & of, Series const & to ) {
    Series ratios;
-   for( size_t i = 0; i < std::min( of.size(), to.size() ); ++i ) {
-      ratios.push_back( of[ i ] / to[ i ] );
+   for ( size_t i = 0; i < std::min( of.size(), to.size() ); ++i ) {
+      ratios.push_back( of[i] / to[i] );
    }
    return median( std::move( ratios ) );
 }
 
 class Rounds {
- public:
+public:
    Rounds( Case const & subject, World const & world, Sink & sink )
-       : subject_( subject ), world_( world ), sink_( sink ) {
-      if( subject.writes ) {
-         finished_ = Captured( [ & ]( int fd ) { subject.command( world )->run( fd ); } );
+      : subject_( subject )
+      , world_( world )
+      , sink_( sink ) {
+      if ( subject.writes ) {
+         finished_ = Captured( [&]( int fd ) { subject.command( world )->run( fd ); } );
       }
-      if( subject.same ) {
-         Captured const reference(
-            [ & ]( int fd ) { writeWithRapidJson( fd, world.rules ); } );
-         if( reference.view() != finished_.view() ) {
+      if ( subject.same ) {
+         Captured const reference( [&]( int fd ) { writeWithRapidJson( fd, world.rules ); } );
+         if ( reference.view() != finished_.view() ) {
             throw std::logic_error( subject.name + ": the reference's bytes are others" );
          }
       }
@@ -53,19 +52,23 @@ class Rounds {
    }
 
    // Who begins changes from round to round.
-   void
-   round( size_t number ) {
-      for( size_t step = 0; step < 3; ++step ) {
-         switch( ( number + step ) % 3 ) {
-            case 0: runCommand(); break;
-            case 1: runCopy(); break;
-            case 2: runReference(); break;
+   void round( size_t number ) {
+      for ( size_t step = 0; step < 3; ++step ) {
+         switch ( ( number + step ) % 3 ) {
+         case 0:
+            runCommand();
+            break;
+         case 1:
+            runCopy();
+            break;
+         case 2:
+            runReference();
+            break;
          }
       }
    }
    // Forgets the rounds before.
-   void
-   start() {
+   void start() {
       command_.clear();
       copy_.clear();
       reference_.clear();
@@ -73,8 +76,7 @@ class Rounds {
       release_.clear();
    }
 
-   Result
-   result() const {
+   Result result() const {
       Result result = result_;
       result.rounds = command_.size();
       result.command = median( command_ );
@@ -88,11 +90,10 @@ class Rounds {
       return result;
    }
 
- private:
+private:
    // The time until the writer has handed over its last byte.
    template< typename Writer >
-   double
-   timed( Writer const & writer ) {
+   double timed( Writer const & writer ) {
       sink_.begin();
       start_ = now();
       writer();
@@ -101,44 +102,39 @@ class Rounds {
       return time;
    }
 
-   void
-   runCommand() {
+   void runCommand() {
       auto command = subject_.command( world_ );
       MemoryScope const scope;
-      command_.push_back( timed( [ & ] { command->run( sink_.fd() ); } ) );
+      command_.push_back( timed( [&] { command->run( sink_.fd() ); } ) );
       result_.peak = scope.peakAbove();
       result_.allocations = scope.allocations();
-      if( Nanoseconds const seen = sink_.firstByte(); seen != 0 && subject_.writes ) {
+      if ( Nanoseconds const seen = sink_.firstByte(); seen != 0 && subject_.writes ) {
          firstByte_.push_back( static_cast< double >( seen - start_ ) );
       }
       Nanoseconds const before = now();
       command.reset();
       release_.push_back( static_cast< double >( now() - before ) );
    }
-   void
-   runCopy() {
-      if( subject_.writes ) {
-         copy_.push_back( timed( [ & ] { copyFinished( sink_.fd(), finished_.view() ); } ) );
+   void runCopy() {
+      if ( subject_.writes ) {
+         copy_.push_back( timed( [&] { copyFinished( sink_.fd(), finished_.view() ); } ) );
       }
    }
    // Its bytes are counted apart: they need not be those of the case.
-   void
-   runReference() {
-      if( subject_.reference ) {
+   void runReference() {
+      if ( subject_.reference ) {
          uint64_t const bytes = std::exchange( result_.bytes, referenceBytes() );
-         reference_.push_back(
-            timed( [ & ] { writeWithRapidJson( sink_.fd(), world_.rules ); } ) );
+         reference_.push_back( timed( [&] { writeWithRapidJson( sink_.fd(), world_.rules ); } ) );
          result_.bytes = bytes;
       }
    }
-   uint64_t
-   referenceBytes() {
-      if( referenceBytes_ == 0 ) {
-         referenceBytes_ = subject_.same
-                              ? result_.bytes
-                              : Captured( [ & ]( int fd ) {
-                                   writeWithRapidJson( fd, world_.rules );
-                                } ).view().size();
+   uint64_t referenceBytes() {
+      if ( referenceBytes_ == 0 ) {
+         referenceBytes_ =
+            subject_.same ? result_.bytes
+                          : Captured( [&]( int fd ) { writeWithRapidJson( fd, world_.rules ); } )
+                               .view()
+                               .size();
       }
       return referenceBytes_;
    }
@@ -155,15 +151,14 @@ class Rounds {
 
 } // namespace
 
-Result
-measure( Case const & subject, World const & world, Sink & sink, Effort const & effort ) {
+Result measure( Case const & subject, World const & world, Sink & sink, Effort const & effort ) {
    Rounds rounds( subject, world, sink );
    rounds.round( 0 );
    rounds.start();
    Nanoseconds const begin = now();
    auto const limit = static_cast< Nanoseconds >( effort.seconds * 1e9 );
-   for( unsigned i = 0;
-        i < effort.roundsMin || ( i < effort.roundsMax && now() - begin < limit ); ++i ) {
+   for ( unsigned i = 0; i < effort.roundsMin || ( i < effort.roundsMax && now() - begin < limit );
+         ++i ) {
       rounds.round( i );
    }
    return rounds.result();

@@ -1,5 +1,5 @@
-// Measures one case in rounds: the command, the copy and the reference take turns, since a machine's
-// speed drifts by more than they differ. Ratios are medians of the rounds' own ratios.
+// Measures one case in rounds: the command, the copy and the reference take turns, since a
+// machine's speed drifts by more than they differ. Ratios are medians of the rounds' own ratios.
 
 #pragma once
 
@@ -29,12 +29,13 @@ struct Result {
    double toCopy = 0;      // command / copy
    double toReference = 0; // reference / command
    double firstByte = 0;
-   double release = 0;  // dropping the command with what it cached
-   size_t peak = 0;     // bytes above the inputs
+   double release = 0; // dropping the command with what it cached
+   size_t peak = 0;    // bytes above the inputs
    size_t allocations = 0;
 };
 
-// Throws std::logic_error when the reference's bytes are not those of a case that has the same ones.
+// Throws std::logic_error when the reference's bytes are not those of a case that has the same
+// ones.
 Result measure( Case const & subject, World const & world, Sink & sink, Effort const & effort );
 
 } // namespace Bench

@@ -1,8 +1,9 @@
 #include "bench/Memory.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstdlib>
-#include <malloc.h>
 #include <new>
 
 namespace Bench {
@@ -13,10 +14,9 @@ Memory memory;
 
 // The program has one thread, so that plain numbers are enough.
 
-void *
-operator new( size_t size ) {
+void * operator new( size_t size ) {
    void * const place = std::malloc( size == 0 ? 1 : size );
-   if( !place ) {
+   if ( !place ) {
       throw std::bad_alloc();
    }
    Bench::Memory & memory = Bench::memory;
@@ -26,15 +26,13 @@ operator new( size_t size ) {
    return place;
 }
 
-void
-operator delete( void * place ) noexcept {
-   if( place ) {
+void operator delete( void * place ) noexcept {
+   if ( place ) {
       Bench::memory.live -= malloc_usable_size( place );
       std::free( place );
    }
 }
 
-void
-operator delete( void * place, size_t ) noexcept {
+void operator delete( void * place, size_t ) noexcept {
    operator delete( place );
 }

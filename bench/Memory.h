@@ -17,13 +17,16 @@ extern Memory memory;
 
 // The growth during its life.
 class MemoryScope {
- public:
-   MemoryScope() : start_( memory ) { memory.peak = memory.live; }
+public:
+   MemoryScope()
+      : start_( memory ) {
+      memory.peak = memory.live;
+   }
 
    size_t peakAbove() const { return memory.peak - start_.live; }
    size_t allocations() const { return memory.allocations - start_.allocations; }
 
- private:
+private:
    Memory start_;
 };
 

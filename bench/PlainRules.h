@@ -36,7 +36,13 @@ struct Filter {
 };
 
 // What a rule does, in the order in which the rules take turns.
-enum class Actions : uint8_t { dropCount, countPermitted, dropLogDenied, policeCount, setTrafficClass };
+enum class Actions : uint8_t {
+   dropCount,
+   countPermitted,
+   dropLogDenied,
+   policeCount,
+   setTrafficClass
+};
 
 struct PlainRule {
    std::array< char, 12 > nameText;

@@ -25,31 +25,28 @@ struct Names {
    std::vector< Pelx::IntfId > ports;
 
    Names() {
-      for( unsigned i = 1; i <= interfaces; ++i ) {
+      for ( unsigned i = 1; i <= interfaces; ++i ) {
          ports.emplace_back( String( "Ethernet" + std::to_string( i ) ) );
       }
    }
 };
 
 template< typename Range >
-Range
-range( uint32_t low, uint32_t high ) {
+Range range( uint32_t low, uint32_t high ) {
    return Range{ { low, high } };
 }
 
-Pelx::IpGenPrefix
-prefix( Prefix const & plain ) {
+Pelx::IpGenPrefix prefix( Prefix const & plain ) {
    return Pelx::IpGenPrefix( Pelx::Ip4Prefix{ plain.address, plain.length } );
 }
 
-Vorn::Ptr< Classification::ProtoField const >
-makeProtocol( Filter const & filter ) {
+Vorn::Ptr< Classification::ProtoField const > makeProtocol( Filter const & filter ) {
    auto const field = create< Classification::ProtoField >();
-   if( !filter.sourcePorts.any() ) {
-      field->sportIs( range< Classification::PortRange >( filter.sourcePorts.low,
-                                                          filter.sourcePorts.high ) );
+   if ( !filter.sourcePorts.any() ) {
+      field->sportIs(
+         range< Classification::PortRange >( filter.sourcePorts.low, filter.sourcePorts.high ) );
    }
-   if( !filter.destinationPorts.any() ) {
+   if ( !filter.destinationPorts.any() ) {
       field->dportIs( range< Classification::PortRange >( filter.destinationPorts.low,
                                                           filter.destinationPorts.high ) );
    }
@@ -57,29 +54,27 @@ makeProtocol( Filter const & filter ) {
    return field;
 }
 
-Vorn::Ptr< Classification::StructuredFilter const >
-makeFilter( PlainRule const & rule ) {
+Vorn::Ptr< Classification::StructuredFilter const > makeFilter( PlainRule const & rule ) {
    auto const filter = create< Classification::StructuredFilter >();
-   if( rule.filter.source.length != 0 ) {
+   if ( rule.filter.source.length != 0 ) {
       filter->sourcesIs( prefix( rule.filter.source ) );
    }
-   if( rule.filter.destination.length != 0 ) {
+   if ( rule.filter.destination.length != 0 ) {
       filter->destinationsIs( prefix( rule.filter.destination ) );
    }
-   if( !rule.filter.anyProtocol ) {
+   if ( !rule.filter.anyProtocol ) {
       filter->protocolsIs(
          range< Classification::ProtocolRange >( rule.filter.protocol, rule.filter.protocol ),
          makeProtocol( rule.filter ) );
    }
-   if( rule.dscp ) {
+   if ( rule.dscp ) {
       filter->dscpIs( range< Classification::DscpRange >( 46, 46 ) );
       filter->dscpIs( range< Classification::DscpRange >( 8, 14 ) );
    }
    return filter;
 }
 
-Vorn::Ptr< PolicyMap::ClassMapSubConfig const >
-makeClass( PlainRule const & rule ) {
+Vorn::Ptr< PolicyMap::ClassMapSubConfig const > makeClass( PlainRule const & rule ) {
    auto const classConfig = create< PolicyMap::ClassMapSubConfig >();
    auto const match = create< PolicyMap::ClassMapMatch >( ClassMapMatchOption::ipv4 );
    match->structuredFilterIs( makeFilter( rule ) );
@@ -87,87 +82,107 @@ makeClass( PlainRule const & rule ) {
    return classConfig;
 }
 
-Vorn::Ptr< PolicyMap::ClassAction const >
-makeActions( PlainRule const & rule, Names const & names ) {
+Vorn::Ptr< PolicyMap::ClassAction const > makeActions( PlainRule const & rule,
+                                                       Names const & names ) {
    auto const actions = create< PolicyMap::ClassAction >();
-   auto const plain = [ & ]( ActionType type ) {
+   auto const plain = [&]( ActionType type ) {
       actions->policyActionIs( type, create< PolicyMap::Action >( type ) );
    };
-   auto const count = [ & ]( String const & counter ) {
+   auto const count = [&]( String const & counter ) {
       actions->policyActionIs( ActionType::count, create< PolicyMap::CountAction >( counter ) );
    };
-   switch( rule.actions ) {
-      case Actions::dropCount:
-         actions->policyActionReserve( 2 );
-         plain( ActionType::drop );
-         count( String() );
-         break;
-      case Actions::countPermitted: count( names.permitted ); break;
-      case Actions::dropLogDenied:
-         actions->policyActionReserve( 3 );
-         plain( ActionType::drop );
-         count( names.denied );
-         plain( ActionType::log );
-         break;
-      case Actions::policeCount:
-         actions->policyActionReserve( 2 );
-         actions->policyActionIs( ActionType::police,
-                                  create< PolicyMap::PoliceAction >( rule.policeRate,
-                                                                     PolicyMap::RateUnit::kbps ) );
-         count( String() );
-         break;
-      case Actions::setTrafficClass:
-         actions->policyActionIs( ActionType::setTc,
-                                  create< TrafficPolicy::SetTcAction >( rule.trafficClass ) );
-         break;
+   switch ( rule.actions ) {
+   case Actions::dropCount:
+      actions->policyActionReserve( 2 );
+      plain( ActionType::drop );
+      count( String() );
+      break;
+   case Actions::countPermitted:
+      count( names.permitted );
+      break;
+   case Actions::dropLogDenied:
+      actions->policyActionReserve( 3 );
+      plain( ActionType::drop );
+      count( names.denied );
+      plain( ActionType::log );
+      break;
+   case Actions::policeCount:
+      actions->policyActionReserve( 2 );
+      actions->policyActionIs(
+         ActionType::police,
+         create< PolicyMap::PoliceAction >( rule.policeRate, PolicyMap::RateUnit::kbps ) );
+      count( String() );
+      break;
+   case Actions::setTrafficClass:
+      actions->policyActionIs( ActionType::setTc,
+                               create< TrafficPolicy::SetTcAction >( rule.trafficClass ) );
+      break;
    }
    return actions;
 }
 
-Vorn::Ptr< PolicyMap::PolicyMapSubConfig const >
-makePolicy( std::vector< PlainRule > const & rules, Names const & names ) {
+// The order in which records of rules are made, or listed: the rules' own, or any.
+std::vector< uint32_t > orderOf( size_t rules, bool shuffled ) {
+   std::vector< uint32_t > order( rules );
+   std::iota( order.begin(), order.end(), 0u );
+   if ( shuffled ) {
+      std::shuffle( order.begin(), order.end(), std::mt19937( 1 ) );
+   }
+   return order;
+}
+
+Vorn::Ptr< PolicyMap::PolicyMapSubConfig const > makePolicy( std::vector< PlainRule > const & rules,
+                                                             Names const & names, bool scattered ) {
+   struct Records {
+      String name;
+      Vorn::Ptr< PolicyMap::ClassMapSubConfig const > config;
+      Vorn::Ptr< PolicyMap::ClassAction const > actions;
+   };
    auto const policy = create< PolicyMap::PolicyMapSubConfig >( names.policy );
    policy->namedCounterIs( names.denied );
    policy->namedCounterIs( names.permitted );
    policy->classesReserve( rules.size() );
+   std::vector< Records > records( rules.size() );
+   for ( uint32_t const at : orderOf( rules.size(), scattered ) ) {
+      PlainRule const & rule = rules[at];
+      records[at] = { String( rule.name() ), makeClass( rule ), makeActions( rule, names ) };
+   }
    uint32_t sequence = 0;
-   for( PlainRule const & rule : rules ) {
-      String const name( rule.name() );
-      policy->rawClassMapIs( name, makeClass( rule ) );
-      policy->classActionIs( name, makeActions( rule, names ) );
-      policy->classSequenceIs( sequence += 10, name );
+   for ( Records const & rule : records ) {
+      policy->rawClassMapIs( rule.name, rule.config );
+      policy->classActionIs( rule.name, rule.actions );
+      policy->classSequenceIs( sequence += 10, rule.name );
    }
    return policy;
 }
 
 // The status of each rule, under the names of the configuration or under equal ones.
-void
-addClassStatuses( PolicyMap::PolicyMapStatus & status, std::vector< PlainRule > const & rules,
-                  PolicyMap::PolicyMapSubConfig const & policy, BuildOptions const & options ) {
-   std::vector< uint32_t > order( rules.size() );
-   std::iota( order.begin(), order.end(), 0u );
-   if( options.shuffledStatus ) {
-      std::shuffle( order.begin(), order.end(), std::mt19937( 1 ) );
-   }
-   status.cmapReserve( rules.size() );
-   for( uint32_t const at : order ) {
-      String const & configName = policy.classSequence().begin()[ at ].value;
+void addClassStatuses( PolicyMap::PolicyMapStatus & status, std::vector< PlainRule > const & rules,
+                       PolicyMap::PolicyMapSubConfig const & policy,
+                       BuildOptions const & options ) {
+   std::vector< Vorn::Ptr< PolicyMap::ClassMapStatus const > > records( rules.size() );
+   for ( uint32_t const at : orderOf( rules.size(), options.scatteredRecords ) ) {
+      String const & configName = policy.classSequence().begin()[at].value;
       String const name = options.sharedNames ? configName : String( configName.view() );
       auto const classStatus = create< PolicyMap::ClassMapStatus >( name );
       classStatus->matchIs( ClassMapMatchOption::ipv4 );
       classStatus->uniqueIdIs( Umbo::UniqueId( at + 1 ) );
-      classStatus->packetCountIs( rules[ at ].packets );
-      status.cmapIs( name, classStatus );
+      classStatus->packetCountIs( rules[at].packets );
+      records[at] = classStatus;
+   }
+   status.cmapReserve( rules.size() );
+   for ( uint32_t const at : orderOf( rules.size(), options.shuffledStatus ) ) {
+      status.cmapIs( records[at]->name(), records[at] );
    }
 }
 
-void
-addNamedCounter( PolicyMap::PolicyMapStatus & status, String const & name, Names const & names ) {
+void addNamedCounter( PolicyMap::PolicyMapStatus & status, String const & name,
+                      Names const & names ) {
    auto const counter = create< PolicyMap::PacketDataStatus >( name );
    counter->uniqueIdIs( Umbo::UniqueId( 1 ) );
    counter->totalIs( { 1000 * interfaces, 84'000 * interfaces } );
    uint64_t id = 2;
-   for( Pelx::IntfId const & port : names.ports ) {
+   for ( Pelx::IntfId const & port : names.ports ) {
       auto const data = create< PolicyMap::IntfCountData >( port, Umbo::UniqueId( id++ ) );
       data->countDataIs( { 1000, 84'000 } );
       counter->intfCountDataIs( port, data );
@@ -176,11 +191,10 @@ addNamedCounter( PolicyMap::PolicyMapStatus & status, String const & name, Names
 }
 
 // IPv4 is programmed everywhere; IPv6 fails on every 24th interface.
-void
-addInterfaces( PolicyMap::PolicyMapStatus & status, Names const & names ) {
+void addInterfaces( PolicyMap::PolicyMapStatus & status, Names const & names ) {
    using PolicyMap::InstalledStatus;
    unsigned i = 0;
-   for( Pelx::IntfId const & port : names.ports ) {
+   for ( Pelx::IntfId const & port : names.ports ) {
       auto const intf = create< PolicyMap::IntfStatus >();
       intf->installedIs( ClassMapMatchOption::ipv4, { InstalledStatus::programmed, {} } );
       intf->installedIs( ClassMapMatchOption::ipv6,
@@ -190,11 +204,10 @@ addInterfaces( PolicyMap::PolicyMapStatus & status, Names const & names ) {
    }
 }
 
-void
-addBindings( Inputs & inputs, Names const & names ) {
+void addBindings( Inputs & inputs, Names const & names ) {
    auto const vrfConfig = create< PolicyMap::VrfConfig >();
    auto const allVrfs = create< Ip::AllVrfConfig >();
-   for( L3::VrfName const & vrf : { names.defaultVrf, names.mgmtVrf } ) {
+   for ( L3::VrfName const & vrf : { names.defaultVrf, names.mgmtVrf } ) {
       vrfConfig->trafficPoliciesIs( vrf, names.policy );
       allVrfs->vrfIs( vrf );
    }
@@ -202,7 +215,7 @@ addBindings( Inputs & inputs, Names const & names ) {
    auto const intfConfig = create< PolicyMap::IntfConfig >();
    auto const l3Status = create< L3::Intf::StatusDir >();
    unsigned i = 0;
-   for( Pelx::IntfId const & port : names.ports ) {
+   for ( Pelx::IntfId const & port : names.ports ) {
       intfConfig->intfIs( port, names.policy );
       l3Status->intfStatusIs(
          port, create< L3::Intf::Status >( i++ % 2 == 0 ? names.defaultVrf : names.mgmtVrf ) );
@@ -218,13 +231,12 @@ addBindings( Inputs & inputs, Names const & names ) {
 
 } // namespace
 
-Inputs
-buildPolicy( std::vector< PlainRule > const & rules, BuildOptions const & options ) {
+Inputs buildPolicy( std::vector< PlainRule > const & rules, BuildOptions const & options ) {
    Names const names;
    Inputs inputs;
    addBindings( inputs, names );
 
-   auto const policy = makePolicy( rules, names );
+   auto const policy = makePolicy( rules, names, options.scatteredRecords );
    auto const policyConfig = create< PolicyMap::PolicyMapConfig >();
    policyConfig->currCfgIs( policy );
    auto const config = create< TrafficPolicy::TrafficPolicyConfig >();

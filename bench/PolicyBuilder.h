@@ -31,6 +31,8 @@ struct BuildOptions {
    bool sharedNames = true;
    // The status lists its rules in an order of its own.
    bool shuffledStatus = false;
+   // The records of neighbouring rules stand apart in memory, as after years of changes.
+   bool scatteredRecords = false;
 };
 
 Inputs buildPolicy( std::vector< PlainRule > const & rules, BuildOptions const & options );

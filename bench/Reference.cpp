@@ -3,15 +3,15 @@
 #include "TrafficPolicy/platform/wendo/WendoBuffer.h"
 
 #include <rapidjson/writer.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cstring>
-#include <sys/mman.h>
-#include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace Bench {
 
@@ -19,32 +19,30 @@ namespace {
 
 constexpr size_t bufferSize = wendo::WendoBuffer::viewCapacity;
 
-[[noreturn]] void
-fail( char const * what ) {
+[[noreturn]] void fail( char const * what ) {
    throw std::system_error( errno, std::generic_category(), what );
 }
 
-// An output stream in RapidJSON's sense. With the two functions below its writer checks for room once
-// a string and not once a character.
+// An output stream in RapidJSON's sense. With the two functions below its writer checks for room
+// once a string and not once a character.
 class FdStream {
- public:
+public:
    using Ch = char;
 
-   explicit FdStream( int fd ) : fd_( fd ) {}
+   explicit FdStream( int fd )
+      : fd_( fd ) {}
 
-   void
-   Put( char c ) {
+   void Put( char c ) {
       reserve( 1 );
       putUnsafe( c );
    }
    // RapidJSON flushes at the end of its document; the reply's newline is still to come then.
    void Flush() {}
 
-   void
-   writeOut() {
-      for( char const * from = memory_.get(); from != at_; ) {
+   void writeOut() {
+      for ( char const * from = memory_.get(); from != at_; ) {
          ssize_t const written = ::write( fd_, from, static_cast< size_t >( at_ - from ) );
-         if( written < 0 ) {
+         if ( written < 0 ) {
             fail( "write" );
          }
          from += written;
@@ -52,36 +50,34 @@ class FdStream {
       at_ = memory_.get();
    }
 
-   void
-   reserve( size_t count ) {
-      if( static_cast< size_t >( end_ - at_ ) < count ) [[unlikely]] {
+   void reserve( size_t count ) {
+      if ( static_cast< size_t >( end_ - at_ ) < count ) [[unlikely]] {
          writeOut();
       }
    }
    void putUnsafe( char c ) { *at_++ = c; }
 
- private:
+private:
    int fd_;
    std::unique_ptr< char[] > memory_ = std::make_unique_for_overwrite< char[] >( bufferSize );
    char * at_ = memory_.get();
    char * end_ = at_ + bufferSize;
 };
 
-inline void
-PutReserve( FdStream & stream, size_t count ) {
+inline void PutReserve( FdStream & stream, size_t count ) {
    stream.reserve( count );
 }
-inline void
-PutUnsafe( FdStream & stream, char c ) {
+inline void PutUnsafe( FdStream & stream, char c ) {
    stream.putUnsafe( c );
 }
 
 class ReferenceWriter {
- public:
-   explicit ReferenceWriter( int fd ) : stream_( fd ), json_( stream_ ) {}
+public:
+   explicit ReferenceWriter( int fd )
+      : stream_( fd )
+      , json_( stream_ ) {}
 
-   void
-   write( std::vector< PlainRule > const & rules ) {
+   void write( std::vector< PlainRule > const & rules ) {
       json_.StartObject();
       json_.Key( "trafficPolicies" );
       json_.StartObject();
@@ -93,7 +89,7 @@ class ReferenceWriter {
       names( "namedCounters", { "denied", "permitted" } );
       json_.Key( "rules" );
       json_.StartArray();
-      for( PlainRule const & rule : rules ) {
+      for ( PlainRule const & rule : rules ) {
          writeRule( rule );
       }
       json_.EndArray();
@@ -104,19 +100,17 @@ class ReferenceWriter {
       stream_.writeOut();
    }
 
- private:
-   void
-   names( char const * key, std::initializer_list< char const * > texts ) {
+private:
+   void names( char const * key, std::initializer_list< char const * > texts ) {
       json_.Key( key );
       json_.StartArray();
-      for( char const * text : texts ) {
+      for ( char const * text : texts ) {
          json_.String( text );
       }
       json_.EndArray();
    }
 
-   void
-   writeRule( PlainRule const & rule ) {
+   void writeRule( PlainRule const & rule ) {
       json_.StartObject();
       json_.Key( "ruleString" );
       json_.String( rule.nameText.data(), rule.nameSize );
@@ -126,10 +120,10 @@ class ReferenceWriter {
       json_.StartObject();
       prefix( "srcPrefixes", rule.filter.source );
       prefix( "destPrefixes", rule.filter.destination );
-      if( !rule.filter.anyProtocol ) {
+      if ( !rule.filter.anyProtocol ) {
          protocol( rule.filter );
       }
-      if( rule.dscp ) {
+      if ( rule.dscp ) {
          json_.Key( "dscps" );
          json_.StartArray();
          range( 8, 14 );
@@ -144,15 +138,14 @@ class ReferenceWriter {
       json_.EndObject();
    }
 
-   void
-   prefix( char const * key, Prefix const & value ) {
-      if( value.length == 0 ) {
+   void prefix( char const * key, Prefix const & value ) {
+      if ( value.length == 0 ) {
          return;
       }
-      char text[ 20 ];
+      char text[20];
       char * end = std::end( text );
       char * to = text;
-      for( int shift = 24; shift >= 0; shift -= 8 ) {
+      for ( int shift = 24; shift >= 0; shift -= 8 ) {
          to = std::to_chars( to, end, value.address >> shift & 0xff ).ptr;
          *to++ = shift != 0 ? '.' : '/';
       }
@@ -163,8 +156,7 @@ class ReferenceWriter {
       json_.EndArray();
    }
 
-   void
-   range( unsigned low, unsigned high ) {
+   void range( unsigned low, unsigned high ) {
       json_.StartObject();
       json_.Key( "low" );
       json_.Uint( low );
@@ -173,9 +165,8 @@ class ReferenceWriter {
       json_.EndObject();
    }
 
-   void
-   ports( char const * key, Ports const & value ) {
-      if( !value.any() ) {
+   void ports( char const * key, Ports const & value ) {
+      if ( !value.any() ) {
          json_.Key( key );
          json_.StartArray();
          range( value.low, value.high );
@@ -183,14 +174,13 @@ class ReferenceWriter {
       }
    }
 
-   void
-   protocol( Filter const & filter ) {
+   void protocol( Filter const & filter ) {
       json_.Key( "protocols" );
       json_.StartArray();
       json_.StartObject();
       json_.Key( "protocolRange" );
       range( filter.protocol, filter.protocol );
-      if( filter.tcpFlags != 0 ) {
+      if ( filter.tcpFlags != 0 ) {
          json_.Key( "tcpFlags" );
          json_.StartArray();
          flag( "initial-syn", filter.tcpFlags & 0x200 );
@@ -203,9 +193,8 @@ class ReferenceWriter {
       json_.EndArray();
    }
 
-   void
-   flag( char const * name, int present ) {
-      if( present ) {
+   void flag( char const * name, int present ) {
+      if ( present ) {
          json_.StartObject();
          json_.Key( "name" );
          json_.String( name );
@@ -215,47 +204,45 @@ class ReferenceWriter {
       }
    }
 
-   void
-   actions( PlainRule const & rule ) {
-      switch( rule.actions ) {
-         case Actions::dropCount:
-            flagAction( "drop" );
-            count( rule );
-            break;
-         case Actions::countPermitted: countNamed( "permitted" ); break;
-         case Actions::dropLogDenied:
-            flagAction( "drop" );
-            countNamed( "denied" );
-            flagAction( "log" );
-            break;
-         case Actions::policeCount:
-            json_.Key( "police" );
-            json_.StartObject();
-            json_.Key( "rate" );
-            json_.Uint( rule.policeRate );
-            json_.Key( "unit" );
-            json_.String( "kbps" );
-            json_.EndObject();
-            count( rule );
-            break;
-         case Actions::setTrafficClass:
-            json_.Key( "setTc" );
-            json_.Uint( rule.trafficClass );
-            break;
+   void actions( PlainRule const & rule ) {
+      switch ( rule.actions ) {
+      case Actions::dropCount:
+         flagAction( "drop" );
+         count( rule );
+         break;
+      case Actions::countPermitted:
+         countNamed( "permitted" );
+         break;
+      case Actions::dropLogDenied:
+         flagAction( "drop" );
+         countNamed( "denied" );
+         flagAction( "log" );
+         break;
+      case Actions::policeCount:
+         json_.Key( "police" );
+         json_.StartObject();
+         json_.Key( "rate" );
+         json_.Uint( rule.policeRate );
+         json_.Key( "unit" );
+         json_.String( "kbps" );
+         json_.EndObject();
+         count( rule );
+         break;
+      case Actions::setTrafficClass:
+         json_.Key( "setTc" );
+         json_.Uint( rule.trafficClass );
+         break;
       }
    }
-   void
-   flagAction( char const * key ) {
+   void flagAction( char const * key ) {
       json_.Key( key );
       json_.Bool( true );
    }
-   void
-   count( PlainRule const & rule ) {
+   void count( PlainRule const & rule ) {
       json_.Key( "count" );
       json_.Uint64( rule.packets );
    }
-   void
-   countNamed( char const * counter ) {
+   void countNamed( char const * counter ) {
       json_.Key( "countNamed" );
       json_.StartObject();
       json_.Key( counter );
@@ -272,15 +259,14 @@ class ReferenceWriter {
 
 } // namespace
 
-void
-copyFinished( int fd, std::string_view bytes ) {
+void copyFinished( int fd, std::string_view bytes ) {
    auto const buffer = std::make_unique_for_overwrite< char[] >( bufferSize );
-   while( !bytes.empty() ) {
+   while ( !bytes.empty() ) {
       size_t const piece = std::min( bytes.size(), bufferSize );
       std::memcpy( buffer.get(), bytes.data(), piece );
-      for( size_t at = 0; at < piece; ) {
+      for ( size_t at = 0; at < piece; ) {
          ssize_t const written = ::write( fd, buffer.get() + at, piece - at );
-         if( written < 0 ) {
+         if ( written < 0 ) {
             fail( "write" );
          }
          at += static_cast< size_t >( written );
@@ -289,14 +275,13 @@ copyFinished( int fd, std::string_view bytes ) {
    }
 }
 
-void
-writeWithRapidJson( int fd, std::vector< PlainRule > const & rules ) {
+void writeWithRapidJson( int fd, std::vector< PlainRule > const & rules ) {
    ReferenceWriter( fd ).write( rules );
 }
 
 Captured::Captured( std::function< void( int fd ) > const & writer ) {
    int const fd = ::memfd_create( "captured", MFD_CLOEXEC );
-   if( fd < 0 ) {
+   if ( fd < 0 ) {
       fail( "memfd_create" );
    }
    writer( fd );
@@ -304,10 +289,9 @@ Captured::Captured( std::function< void( int fd ) > const & writer ) {
    ::fstat( fd, &status );
    size_ = static_cast< size_t >( status.st_size );
    bytes_ = std::make_unique_for_overwrite< char[] >( size_ );
-   for( size_t at = 0; at < size_; ) {
-      ssize_t const got =
-         ::pread( fd, bytes_.get() + at, size_ - at, static_cast< off_t >( at ) );
-      if( got <= 0 ) {
+   for ( size_t at = 0; at < size_; ) {
+      ssize_t const got = ::pread( fd, bytes_.get() + at, size_ - at, static_cast< off_t >( at ) );
+      if ( got <= 0 ) {
          fail( "pread" );
       }
       at += static_cast< size_t >( got );

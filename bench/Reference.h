@@ -20,13 +20,13 @@ void writeWithRapidJson( int fd, std::vector< PlainRule > const & rules );
 
 // What a writer writes, kept in memory.
 class Captured {
- public:
+public:
    Captured() = default;
    explicit Captured( std::function< void( int fd ) > const & writer );
 
    std::string_view view() const { return { bytes_.get(), size_ }; }
 
- private:
+private:
    std::unique_ptr< char[] > bytes_;
    size_t size_ = 0;
 };

@@ -6,21 +6,21 @@
 namespace Bench {
 
 Report::Report( std::string const & path ) {
-   if( path.empty() ) {
+   if ( path.empty() ) {
       return;
    }
    file_.open( path );
-   file_ << "word,case,sink,rules,bytes,rounds,ns,best_ns,copy_ns,reference_ns,to_copy,to_reference,"
-            "first_byte_ns,release_ns,peak_bytes,allocations\n"
-         << std::flush;
-   if( !file_ ) {
+   file_
+      << "word,case,sink,rules,bytes,rounds,ns,best_ns,copy_ns,reference_ns,to_copy,to_reference,"
+         "first_byte_ns,release_ns,peak_bytes,allocations\n"
+      << std::flush;
+   if ( !file_ ) {
       throw std::runtime_error( "cannot write " + path );
    }
 }
 
-void
-Report::add( std::string const & name, std::string const & sink, Result const & result ) {
-   if( !file_.is_open() ) {
+void Report::add( std::string const & name, std::string const & sink, Result const & result ) {
+   if ( !file_.is_open() ) {
       return;
    }
    file_ << sizeof( void * ) * CHAR_BIT << ',' << name << ',' << sink << ',' << result.rules << ','

@@ -10,14 +10,14 @@
 namespace Bench {
 
 class Report {
- public:
+public:
    // Nothing is kept when the path is empty. Throws std::runtime_error for a file that cannot be
    // written.
    explicit Report( std::string const & path );
 
    void add( std::string const & name, std::string const & sink, Result const & result );
 
- private:
+private:
    std::ofstream file_;
 };
 

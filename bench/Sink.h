@@ -13,7 +13,7 @@ using Nanoseconds = int64_t;
 Nanoseconds now();
 
 class Sink {
- public:
+public:
    virtual ~Sink() = default;
    Sink( Sink const & ) = delete;
    Sink & operator=( Sink const & ) = delete;
@@ -26,7 +26,7 @@ class Sink {
    // When the other side saw the first byte since begin(); 0 where nobody looks.
    virtual Nanoseconds firstByte() const { return 0; }
 
- protected:
+protected:
    Sink() = default;
    int fd_ = -1;
 };

@@ -4,16 +4,21 @@
 #include "bench/Report.h"
 
 #include <benchmark/benchmark.h>
+#include <getopt.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <getopt.h>
+#include <iostream>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace {
@@ -28,6 +33,7 @@ constexpr char usage[] =
    "  --rounds N         at least so many (5)\n"
    "  --distinct-names   names are not shared between configuration and status\n"
    "  --shuffled-status  the status lists its rules in another order\n"
+   "  --scattered-records  the rules' records stand in memory in another order\n"
    "  --csv FILE         the results as comma-separated values\n"
    "and Google Benchmark's options, above all\n"
    "  --benchmark_filter=REGEX   of case names such as cpu/detail/json/pipe/10000\n"
@@ -41,13 +47,12 @@ struct Options {
    BuildOptions build;
 };
 
-std::vector< size_t >
-parseSizes( std::string const & text ) {
+std::vector< size_t > parseSizes( std::string const & text ) {
    std::vector< size_t > sizes;
-   for( size_t at = 0; at < text.size(); ) {
+   for ( size_t at = 0; at < text.size(); ) {
       size_t used = 0;
       sizes.push_back( std::stoul( text.substr( at ), &used ) );
-      if( sizes.back() == 0 || sizes.back() > Vorn::rulesMax ) {
+      if ( sizes.back() == 0 || sizes.back() > Vorn::rulesMax ) {
          throw std::out_of_range( "a policy has 1 to 2003003 rules" );
       }
       at += used + 1;
@@ -55,67 +60,92 @@ parseSizes( std::string const & text ) {
    return sizes;
 }
 
-Options
-parseOptions( int argc, char ** argv ) {
-   enum { rules, filters, seconds, rounds, distinctNames, shuffledStatus, csv, help };
+Options parseOptions( int argc, char ** argv ) {
+   enum {
+      rules,
+      filters,
+      seconds,
+      rounds,
+      distinctNames,
+      shuffledStatus,
+      scatteredRecords,
+      csv,
+      help
+   };
    static option const known[] = { { "rules", required_argument, nullptr, rules },
                                    { "filters", required_argument, nullptr, filters },
                                    { "seconds", required_argument, nullptr, seconds },
                                    { "rounds", required_argument, nullptr, rounds },
                                    { "distinct-names", no_argument, nullptr, distinctNames },
                                    { "shuffled-status", no_argument, nullptr, shuffledStatus },
+                                   { "scattered-records", no_argument, nullptr, scatteredRecords },
                                    { "csv", required_argument, nullptr, csv },
                                    { "help", no_argument, nullptr, help },
                                    { nullptr, 0, nullptr, 0 } };
    Options options;
-   for( int found; ( found = getopt_long( argc, argv, "", known, nullptr ) ) != -1; ) {
-      switch( found ) {
-         case rules: options.sizes = parseSizes( optarg ); break;
-         case filters: options.filters = optarg; break;
-         case seconds: options.effort.seconds = std::stod( optarg ); break;
-         case rounds:
-            options.effort.roundsMin = static_cast< unsigned >( std::stoul( optarg ) );
-            options.effort.roundsMax =
-               std::max( options.effort.roundsMax, options.effort.roundsMin );
-            break;
-         case distinctNames: options.build.sharedNames = false; break;
-         case shuffledStatus: options.build.shuffledStatus = true; break;
-         case csv: options.csv = optarg; break;
-         case help: std::fputs( usage, stdout ); std::exit( 0 );
-         default: std::fputs( usage, stderr ); std::exit( 1 );
+   for ( int found; ( found = getopt_long( argc, argv, "", known, nullptr ) ) != -1; ) {
+      switch ( found ) {
+      case rules:
+         options.sizes = parseSizes( optarg );
+         break;
+      case filters:
+         options.filters = optarg;
+         break;
+      case seconds:
+         options.effort.seconds = std::stod( optarg );
+         break;
+      case rounds:
+         options.effort.roundsMin = static_cast< unsigned >( std::stoul( optarg ) );
+         options.effort.roundsMax = std::max( options.effort.roundsMax, options.effort.roundsMin );
+         break;
+      case distinctNames:
+         options.build.sharedNames = false;
+         break;
+      case shuffledStatus:
+         options.build.shuffledStatus = true;
+         break;
+      case scatteredRecords:
+         options.build.scatteredRecords = true;
+         break;
+      case csv:
+         options.csv = optarg;
+         break;
+      case help:
+         std::fputs( usage, stdout );
+         std::exit( 0 );
+      default:
+         std::fputs( usage, stderr );
+         std::exit( 1 );
       }
    }
    return options;
 }
 
+// The cases of one size.
 class Program {
- public:
-   explicit Program( Options options )
-       : options_( std::move( options ) ),
-         filters_( readFilters( options_.filters ) ),
-         cases_( allCases() ),
-         report_( options_.csv ) {}
+public:
+   Program( Options const & options, size_t size, Report & report )
+      : options_( options )
+      , size_( size )
+      , report_( report ) {}
 
-   void
-   registerAll() {
-      for( size_t const size : options_.sizes ) {
-         for( Case const & subject : cases_ ) {
-            add( subject, subject.writes ? "null" : "none", *null_, size );
-            if( subject.writes ) {
-               add( subject, "pipe", *pipe_, size );
-            }
+   void run() {
+      for ( Case const & subject : cases_ ) {
+         add( subject, subject.writes ? "null" : "none", *null_ );
+         if ( subject.writes ) {
+            add( subject, "pipe", *pipe_ );
          }
       }
+      benchmark::RunSpecifiedBenchmarks();
    }
 
- private:
-   void
-   add( Case const & subject, std::string const & sinkName, Sink & sink, size_t size ) {
-      std::string const name = subject.name + '/' + sinkName + '/' + std::to_string( size );
-      auto const run = [ this, &subject, sinkName, &sink, size ]( benchmark::State & state ) {
-         for( auto unused : state ) {
+private:
+   void add( Case const & subject, std::string const & sinkName, Sink & sink ) {
+      std::string const name = subject.name + '/' + sinkName + '/' + std::to_string( size_ );
+      auto const run = [this, &subject, sinkName, &sink]( benchmark::State & state ) {
+         for ( auto unused : state ) {
             static_cast< void >( unused );
-            Result const result = measure( subject, world( size ), sink, options_.effort );
+            Result const result = measure( subject, world(), sink, options_.effort );
             report_.add( subject.name, sinkName, result );
             state.SetIterationTime( result.command / 1e9 );
             show( state, result );
@@ -128,27 +158,25 @@ class Program {
          ->Unit( benchmark::kMillisecond );
    }
 
-   static void
-   show( benchmark::State & state, Result const & result ) {
+   static void show( benchmark::State & state, Result const & result ) {
       auto const rules = static_cast< double >( result.rules );
       auto & counters = state.counters;
-      counters[ "rules/s" ] = rules / result.command * 1e9;
-      counters[ "bytes/s" ] = static_cast< double >( result.bytes ) / result.command * 1e9;
-      counters[ "ns/rule" ] = result.command / rules;
-      counters[ "of copy" ] = result.toCopy;
-      counters[ "vs ref" ] = result.toReference;
-      counters[ "1st us" ] = result.firstByte / 1e3;
-      counters[ "B/rule" ] = static_cast< double >( result.peak ) / rules;
-      counters[ "allocs" ] = static_cast< double >( result.allocations );
-      counters[ "rel ns" ] = result.release / rules;
+      counters["rules/s"] = rules / result.command * 1e9;
+      counters["bytes/s"] = static_cast< double >( result.bytes ) / result.command * 1e9;
+      counters["ns/rule"] = result.command / rules;
+      counters["of copy"] = result.toCopy;
+      counters["vs ref"] = result.toReference;
+      counters["1st us"] = result.firstByte / 1e3;
+      counters["B/rule"] = static_cast< double >( result.peak ) / rules;
+      counters["allocs"] = static_cast< double >( result.allocations );
+      counters["rel ns"] = result.release / rules;
    }
 
-   // Kept while the size stays the same.
-   World const &
-   world( size_t size ) {
-      if( !world_ || world_->rules.size() != size ) {
-         world_.reset();
-         world_ = std::make_unique< World >( filters_, size, options_.build );
+   // Made when the first case wants it.
+   World const & world() {
+      if ( !world_ ) {
+         world_ =
+            std::make_unique< World >( readFilters( options_.filters ), size_, options_.build );
       }
       return *world_;
    }
@@ -156,35 +184,63 @@ class Program {
    // First, since its reader is a copy of the program.
    std::unique_ptr< Sink > pipe_ = openPipe();
    std::unique_ptr< Sink > null_ = openNull();
-   Options options_;
-   std::vector< Filter > filters_;
-   std::vector< Case > cases_;
-   Report report_;
+   std::vector< Case > cases_ = allCases();
+   Options const & options_;
+   size_t size_;
+   Report & report_;
    std::unique_ptr< World > world_;
 };
 
+// In a process of its own: records made from the memory that another size gave back would stand in
+// it in any order, and that is what is measured then. Ends without walking what it built.
+int runApart( Options const & options, size_t size, Report & report ) {
+   pid_t const child = ::fork();
+   if ( child < 0 ) {
+      throw std::system_error( errno, std::generic_category(), "fork" );
+   }
+   if ( child == 0 ) {
+      int status = 1;
+      try {
+         // Never destroyed, see above.
+         auto * const program = new Program( options, size, report );
+         program->run();
+         status = 0;
+      } catch ( std::exception const & exception ) {
+         std::fprintf( stderr, "tp_bench: %s\n", exception.what() );
+      }
+      std::cout.flush();
+      std::fflush( nullptr );
+      ::_exit( status );
+   }
+   int status = 0;
+   ::waitpid( child, &status, 0 );
+   return status == 0 ? 0 : 1;
+}
+
 } // namespace
 
-int
-main( int argc, char ** argv ) {
+int main( int argc, char ** argv ) {
    try {
       char tabular[] = "--benchmark_counters_tabular=true";
       std::vector< char * > arguments( argv, argv + argc );
       arguments.insert( arguments.begin() + 1, tabular );
       int count = static_cast< int >( arguments.size() );
       arguments.push_back( nullptr );
-      for( char const * argument : arguments ) {
-         if( argument && std::string_view( argument ) == "--help" ) {
+      for ( char const * argument : arguments ) {
+         if ( argument && std::string_view( argument ) == "--help" ) {
             std::fputs( usage, stdout );
             return 0;
          }
       }
       benchmark::Initialize( &count, arguments.data() );
-      Program program( parseOptions( count, arguments.data() ) );
-      program.registerAll();
-      benchmark::RunSpecifiedBenchmarks();
-      return 0;
-   } catch( std::exception const & exception ) {
+      Options const options = parseOptions( count, arguments.data() );
+      Report report( options.csv );
+      int failed = 0;
+      for ( size_t const size : options.sizes ) {
+         failed |= runApart( options, size, report );
+      }
+      return failed;
+   } catch ( std::exception const & exception ) {
       std::fprintf( stderr, "tp_bench: %s\n", exception.what() );
       return 1;
    }

@@ -31,15 +31,15 @@ ClassMapMatchOption const * installedFamily( ClassMapStatus const * cmapStatus )
    return nullptr;
 }
 
-// The class's match condition in the family; an empty one where the configuration has none.
-Vorn::Ptr< ClassMapMatch const > matchCondition( ClassMapSubConfig const * classConfig,
-                                                 Vorn::String const & className,
-                                                 ClassMapMatchOption option ) {
-   if ( auto const * match = classConfig ? classConfig->match( option ) : nullptr ) {
+// The class's match condition in the family, or null where the configuration has none.
+Vorn::Ptr< ClassMapMatch const > const * matchCondition( ClassMapSubConfig const * classConfig,
+                                                         Vorn::String const & className,
+                                                         ClassMapMatchOption option ) {
+   auto const * match = classConfig ? classConfig->match( option ) : nullptr;
+   if ( match ) {
       trace.write( 7, "Found class match config for ", className, ", ", option );
-      return *match;
    }
-   return Vorn::create< ClassMapMatch >( option );
+   return match;
 }
 
 // The named counter that the class counts into, or null.
@@ -53,6 +53,41 @@ Vorn::String const * namedCounterOf( PolicyMap::ClassAction const * actions ) {
 template< typename T >
 T const * pointee( Vorn::Ptr< T const > const * handle ) {
    return handle ? handle->get() : nullptr;
+}
+
+using Statuses = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassMapStatus const > >;
+using Configs = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassMapSubConfig const > >;
+using Actions = Vorn::HashMap< Vorn::String, Vorn::Ptr< PolicyMap::ClassAction const > >;
+
+// Asks for the records of rules to come, which are found one through the other: what one step asks
+// for has arrived when the next step looks into it, some rules later.
+void prefetchRules( Statuses::Cursor const & statuses, Configs::Cursor const & configs,
+                    Actions::Cursor const & actions ) {
+   constexpr uint32_t far = 12; // rules
+   constexpr uint32_t middle = 8;
+   constexpr uint32_t near = 4;
+   __builtin_prefetch( pointee( statuses.ahead( far ) ) );
+   __builtin_prefetch( pointee( configs.ahead( far ) ) );
+   __builtin_prefetch( pointee( actions.ahead( far ) ) );
+   if ( auto const * status = pointee( statuses.ahead( middle ) ) ) {
+      status->match().prefetch();
+   }
+   if ( auto const * config = pointee( configs.ahead( middle ) ) ) {
+      config->match().prefetch();
+   }
+   if ( auto const * ruleActions = pointee( actions.ahead( middle ) ) ) {
+      ruleActions->prefetch();
+   }
+   if ( auto const * config = pointee( configs.ahead( near ) ) ) {
+      for ( auto const & [option, match] : config->match() ) {
+         __builtin_prefetch( match.get() );
+      }
+   }
+   if ( auto const * ruleActions = pointee( actions.ahead( near ) ) ) {
+      for ( auto const & [type, action] : ruleActions->policyAction() ) {
+         __builtin_prefetch( action.get() );
+      }
+   }
 }
 
 } // namespace
@@ -114,15 +149,13 @@ void ShowTrafficPolicyBase::cacheClassState(
    ps->classMapConfigReserve( sequence.size() );
    ps->classMapStatusReserve( sequence.size() );
    // Configuration and status usually list their classes in rule order.
-   using Statuses = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassMapStatus const > >;
-   using Configs = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassMapSubConfig const > >;
-   using Actions = Vorn::HashMap< Vorn::String, Vorn::Ptr< PolicyMap::ClassAction const > >;
    Statuses::Cursor statuses( ps->policyMapStatus()->cmap() );
    Configs::Cursor configs( subConfig->rawClassMap() );
    Actions::Cursor actions( subConfig->classAction() );
    unsigned rule = 0;
    for ( auto const & [number, className] : sequence ) {
       wendo::interrupt::check();
+      prefetchRules( statuses, configs, actions );
       auto const * status = statuses.find( className );
       if ( !status ) {
          trace.write( 7, "ClassMapStatus not found for ", className );
@@ -132,12 +165,14 @@ void ShowTrafficPolicyBase::cacheClassState(
       if ( !option ) {
          continue;
       }
-      auto const match = matchCondition( pointee( configs.find( className ) ), className, *option );
+      auto const * match =
+         matchCondition( pointee( configs.find( className ) ), className, *option );
       trace.write( 7, "Caching ", rule, " ", className, ", ", *option );
       ps->classMapStatusIs( rule, *status );
-      ps->classMapConfigIs( rule, match );
+      // Every cached rule has a condition, be it an empty one.
+      ps->classMapConfigIs( rule, match ? *match : Vorn::create< ClassMapMatch >( *option ) );
       Vorn::String const * counterName = namedCounterOf( pointee( actions.find( className ) ) );
-      if ( counterName && !ps->namedCounter( *counterName ) ) {
+      if ( counterName && !subConfig->namedCounter( *counterName ) ) {
          trace.write( 1, "Class: ", className, " has undefined counter: ", *counterName );
          ps->undefinedCounterIs( true );
       }

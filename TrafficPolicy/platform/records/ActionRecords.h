@@ -93,6 +93,8 @@ class ClassAction : public Vorn::PtrInterface {
    void policyActionIs( ActionType type, Vorn::Ptr< Action const > const & action ) {
       policyAction_.set( type, action );
    }
+   // Asks for the memory of the actions' list.
+   void prefetch() const { policyAction_.prefetch(); }
    void policyActionReserve( size_t actions ) { policyAction_.reserve( actions ); }
 
 private:

@@ -49,6 +49,12 @@ public:
          return &map_->entry( at ).value;
       }
 
+      // The value that stands so many entries behind the last one found, or null.
+      Value const * ahead( uint32_t distance ) const {
+         auto const * entry = map_->entryAt( last_ + distance );
+         return entry ? &entry->value : nullptr;
+      }
+
    private:
       HashMap const * map_;
       uint32_t last_ = Table::none;

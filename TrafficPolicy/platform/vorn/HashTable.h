@@ -138,6 +138,9 @@ public:
       }
    }
 
+   // Asks for the memory of the entries.
+   void prefetch() const { __builtin_prefetch( block_ ); }
+
    static constexpr uint32_t none = ~uint32_t{ 0 };
 
 protected:
@@ -198,6 +201,10 @@ protected:
    }
 
    Entry const & entry( uint32_t at ) const { return entries( block_ )[at]; }
+   // The live entry at the position, or null.
+   Entry const * entryAt( uint32_t at ) const {
+      return block_ && at < block_->used && isLive( at ) ? &entry( at ) : nullptr;
+   }
    Entry & entry( uint32_t at ) { return entries( block_ )[at]; }
    Iterator iterator( uint32_t at ) const {
       Iterator result;

@@ -75,6 +75,10 @@ public:
       return index < slots_.size() ? slots_[index] : nothing_;
    }
    void set( unsigned index, Value const & value ) {
+      if ( index == slots_.size() && index < std::min( slots_.capacity(), rulesMax ) ) {
+         slots_.push_back( value ); // the usual way: reserved, filled in order
+         return;
+      }
       if ( index >= slots_.size() ) {
          grow( uint64_t{ index } + 1 );
       }
