@@ -118,12 +118,12 @@ TEST( Renderer, FieldsAndLongTexts ) {
       unsigned width;
    } const fields[] = { { "", 0 },    { "", 9 },     { "", 500 },    { "abc", 2 },
                         { "abc", 3 }, { "abc", 70 }, { longText, 3 } };
-   for ( auto const & [text, width] : fields ) {
-      std::string wanted = text;
-      wanted.resize( std::max< size_t >( text.size(), width ), ' ' );
+   for ( auto const & field : fields ) {
+      std::string wanted = field.text;
+      wanted.resize( std::max< size_t >( field.text.size(), field.width ), ' ' );
       EXPECT_EQ( rendered( OutputFormat_t::TEXT,
                            [&]( auto & r ) {
-                              r.writeString( JustifyLeft{ text, width } );
+                              r.writeString( JustifyLeft{ field.text, field.width } );
                            } ),
                  wanted );
    }

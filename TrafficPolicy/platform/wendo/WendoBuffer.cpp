@@ -2,11 +2,13 @@
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <system_error>
+#include <utility>
 
 namespace wendo {
 
@@ -17,6 +19,14 @@ namespace {
 void awaitWritable( int fd ) {
    pollfd request{ fd, POLLOUT, 0 };
    ::poll( &request, 1, 100 );
+}
+
+// A pipe of the usual size makes writer and reader take turns every 64 KiB. A hint: what is no
+// pipe, or may not grow, stays as it is.
+void widenPipe( [[maybe_unused]] int fd, [[maybe_unused]] size_t bytes ) {
+#ifdef F_SETPIPE_SZ
+   ::fcntl( fd, F_SETPIPE_SZ, static_cast< int >( bytes ) );
+#endif
 }
 
 } // namespace
@@ -49,6 +59,9 @@ void WendoBuffer::flush() {
 }
 
 void WendoBuffer::makeRoom() {
+   if ( !std::exchange( large_, true ) ) {
+      widenPipe( fd_, capacity() );
+   }
    flush();
 }
 

@@ -35,6 +35,7 @@ private:
    int fd_;
    bool flushAtEnd_;
    bool failed_ = false;
+   bool large_ = false; // the output is longer than the buffer
 };
 
 } // namespace wendo
