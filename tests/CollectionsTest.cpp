@@ -192,6 +192,16 @@ TEST( IteratorsDeathTest, AreChecked ) {
       checkIterators< Vorn::HashMap< unsigned, unsigned > >( set, entries );
    }
    checkIterators< Vorn::OrderedMap< unsigned, unsigned > >( set, 3 );
+   // Entries move when the room of a deleted one is given back.
+   Vorn::HashMap< unsigned, unsigned > map;
+   map.reserve( 30 );
+   for ( unsigned key = 0; key < 30; ++key ) {
+      map.set( key, key );
+   }
+   map.erase( 0u );
+   auto const moved = map.begin();
+   map.set( 30, 30 );
+   EXPECT_DEATH( *moved, "Assertion `iter_' failed" );
 }
 
 TEST( OrderedCollections, RandomOperations ) {
