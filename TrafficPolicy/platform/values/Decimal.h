@@ -1,8 +1,13 @@
 // Numbers in decimal, two digits at a time from a table, without a library division on 32-bit CPUs.
+//
+// How many digits a number has is different from number to number, so that a branch on it is
+// guessed wrongly time and again. Up to four digits are made in a word, leading zeros included;
+// the word is shifted by the number of those and stored whole.
 
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -11,6 +16,8 @@ namespace Decimal {
 
 // The most digits of a 64-bit number.
 inline constexpr size_t digitsMax = 20;
+// Room that put() needs: it may write whole words beyond the digits.
+inline constexpr size_t printRoom = digitsMax + 4;
 
 inline constexpr auto pairs = [] {
    std::array< char, 200 > table{};
@@ -25,25 +32,24 @@ inline void putPair( char * to, uint32_t value ) {
    std::memcpy( to, pairs.data() + size_t{ 2 } * value, 2 );
 }
 
-// The digits of a value below 10'000, without leading zeros. Returns the end.
+inline constexpr bool firstIsLow = std::endian::native == std::endian::little;
+
+// All four digits of a value below 10'000, as they stand in memory.
+inline uint32_t fourDigits( uint32_t value ) {
+   uint16_t first = 0;
+   uint16_t second = 0;
+   std::memcpy( &first, pairs.data() + size_t{ 2 } * ( value / 100 ), 2 );
+   std::memcpy( &second, pairs.data() + size_t{ 2 } * ( value % 100 ), 2 );
+   return firstIsLow ? uint32_t{ second } << 16 | first : uint32_t{ first } << 16 | second;
+}
+
+// The digits of a value below 10'000, without leading zeros. Returns the end; writes four bytes.
 inline char * putSmall( char * to, uint32_t value ) {
-   if ( value < 100 ) {
-      if ( value < 10 ) {
-         *to = static_cast< char >( '0' + value );
-         return to + 1;
-      }
-      putPair( to, value );
-      return to + 2;
-   }
-   uint32_t const high = value / 100;
-   if ( high < 10 ) {
-      *to++ = static_cast< char >( '0' + high );
-   } else {
-      putPair( to, high );
-      to += 2;
-   }
-   putPair( to, value % 100 );
-   return to + 2;
+   unsigned const zeros = ( value < 1000 ) + ( value < 100 ) + ( value < 10 );
+   uint32_t const digits = fourDigits( value );
+   uint32_t const word = firstIsLow ? digits >> 8 * zeros : digits << 8 * zeros;
+   std::memcpy( to, &word, 4 );
+   return to + 4 - zeros;
 }
 
 // All eight digits of a value below 100'000'000, leading zeros included.
@@ -57,22 +63,22 @@ inline char * putEight( char * to, uint32_t value ) {
    return to + 8;
 }
 
-// Writes the value without a terminator, at most digitsMax characters, and returns the end.
+char * putLarge( char * to, uint64_t value );
+
+// Writes the value without a terminator and returns its end. The buffer holds at least printRoom
+// bytes.
 inline char * put( char * to, uint32_t value ) {
    if ( value < 10'000 ) {
       return putSmall( to, value );
    }
-   if ( value < 100'000'000 ) {
-      to = putSmall( to, value / 10'000 );
-      putPair( to, value % 10'000 / 100 );
-      putPair( to + 2, value % 100 );
-      return to + 4;
+   if ( value >= 100'000'000 ) {
+      return putLarge( to, value );
    }
-   to = putSmall( to, value / 100'000'000 );
-   return putEight( to, value % 100'000'000 );
+   to = putSmall( to, value / 10'000 );
+   putPair( to, value % 10'000 / 100 );
+   putPair( to + 2, value % 100 );
+   return to + 4;
 }
-
-char * putLarge( char * to, uint64_t value );
 
 inline char * put( char * to, uint64_t value ) {
    return value >> 32 ? putLarge( to, value ) : put( to, static_cast< uint32_t >( value ) );
