@@ -128,7 +128,7 @@ L3::VrfName readVrf( JsonValue & value ) {
 ClassMapMatchOption familyOf( std::string_view name, JsonValue const & place ) {
    for ( auto const option : { ClassMapMatchOption::ipv4, ClassMapMatchOption::ipv6,
                                ClassMapMatchOption::mac, ClassMapMatchOption::mpls } ) {
-      if ( name == PolicyMap::matchOptionName( option ) ) {
+      if ( name == PolicyMap::matchOptionName( option ).view() ) {
          return option;
       }
    }

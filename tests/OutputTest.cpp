@@ -13,7 +13,9 @@
 
 namespace {
 
+using Classification::NumericalRange;
 using wendo::JsonKey;
+using wendo::JsonMember;
 using wendo::JustifyLeft;
 using wendo::OutputFormat_t;
 using wendo::RendererV2;
@@ -86,29 +88,38 @@ TEST( Renderer, OperationsThatTestTheFormat ) {
 
 TEST( Renderer, CommasStandBetweenMembers ) {
    Vorn::String const empty;
-   EXPECT_EQ(
-      rendered( OutputFormat_t::JSON,
-                [&]( RendererV2 & r ) {
-                   r.startJsonRoot();
-                   r._startJsonObject( empty );
-                   r._startJsonList( Vorn::String( "list" ) );
-                   r._startJsonListEntry();
-                   r._startJsonListEntry();
-                   r.endJsonListEntry();
-                   r._addJsonKeyValuePair( Vorn::String( "name" ), Vorn::String( "v" ) );
-                   r.endJsonListEntry();
-                   r._addJsonKeyValuePair( empty, Vorn::String( "element" ) );
-                   r._addJsonKeyValuePair( wendo::listElement, std::string_view( "x" ) );
-                   r._addJsonRangeEntry( 0, ~0u );
-                   r.endJsonList();
-                   r._addJsonRange( key, 80, 443 );
-                   r._addJsonKeyValuePair( key, false );
-                   r.endJsonDict();
-                   r._addJsonKeyValuePair( key, ~uint64_t{ 0 } );
-                   r.endJsonRoot();
-                } ),
-      "{\"\":{\"list\":[{{},\"name\":\"v\"},\"element\",\"x\",{\"low\":0,\"high\":4294967295}],"
-      "\"key\":{\"low\":80,\"high\":443},\"key\":false},\"key\":18446744073709551615}\n" );
+   std::string const longName( 300, 'n' );
+   NumericalRange const ports[] = { { 80, 443 }, { 7, 7 } };
+   EXPECT_EQ( rendered( OutputFormat_t::JSON,
+                        [&]( RendererV2 & r ) {
+                           r.startJsonRoot();
+                           r._startJsonObject( empty );
+                           r._startJsonList( Vorn::String( "list" ) );
+                           r._startJsonListEntry();
+                           r._startJsonListEntry();
+                           r.endJsonListEntry();
+                           r._addJsonKeyValuePair( Vorn::String( "name" ), Vorn::String( "v" ) );
+                           r.endJsonListEntry();
+                           r._addJsonKeyValuePair( empty, Vorn::String( "element" ) );
+                           r._addJsonKeyValuePair( wendo::listElement, std::string_view( "x" ) );
+                           r._addJsonListEntry( JsonMember{ key, NumericalRange{ 0, ~0u } },
+                                                JsonMember{ key, true } );
+                           r._startJsonListEntry( JsonMember{ Vorn::String( "a\"" ), 1u } );
+                           r._addJsonList( key, std::array{ &ports[0] } );
+                           r._addJsonList( key, std::array{ &ports[0], &ports[1] } );
+                           r.endJsonListEntry();
+                           r.endJsonList();
+                           r._addJsonObject( Vorn::String( longName ), JsonMember{ key, empty } );
+                           r._addJsonKeyValuePair( key, false );
+                           r.endJsonDict();
+                           r._addJsonKeyValuePair( key, ~uint64_t{ 0 } );
+                           r.endJsonRoot();
+                        } ),
+              "{\"\":{\"list\":[{{},\"name\":\"v\"},\"element\",\"x\","
+              "{\"key\":{\"low\":0,\"high\":4294967295},\"key\":true},"
+              "{\"a\\\"\":1,\"key\":[{\"low\":80,\"high\":443}],"
+              "\"key\":[{\"low\":80,\"high\":443},{\"low\":7,\"high\":7}]}],\""
+                 + longName + "\":{\"key\":\"\"},\"key\":false},\"key\":18446744073709551615}\n" );
 }
 
 TEST( Renderer, FieldsAndLongTexts ) {

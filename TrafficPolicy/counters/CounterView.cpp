@@ -13,6 +13,7 @@ namespace {
 using PolicyMap::PacketAndByte;
 using wendo::indentation;
 using wendo::JsonKey;
+using wendo::JsonMember;
 using wendo::RendererV2;
 
 constexpr unsigned listIndent = 3;
@@ -57,13 +58,11 @@ Uses usesOf( PolicyState const & state ) {
    return uses;
 }
 
-// The counts as text: the packets, and the bytes where the hardware has them.
+// The end of a text line: the packets, and the bytes where the hardware has them.
 void writeCounts( RendererV2 & renderer, PacketAndByte const & counts, bool bytes ) {
-   renderer.writeString( counts.packets );
-   renderer.writeString( " packets" );
+   renderer.write( counts.packets, " packets" );
    if ( bytes ) {
-      renderer._addText( " ", counts.bytes );
-      renderer.writeString( " bytes" );
+      renderer.write( ' ', counts.bytes, " bytes" );
    }
    renderer.eol();
 }
@@ -92,9 +91,7 @@ public:
       static constexpr JsonKey byteTotal( "byteTotal" );
       renderer_.startJsonObject( status_->name() );
       if ( renderer_.isText() ) {
-         renderer_.writeString( indentation( listIndent ) );
-         renderer_._addText( "", status_->name() );
-         renderer_.writeString( ":" );
+         renderer_.write( indentation( listIndent ), status_->name(), ':' );
       }
       if ( countersPerInterface ) {
          renderer_.eol();
@@ -103,10 +100,9 @@ public:
       PacketAndByte const total = totalCounts();
       if ( renderer_.isText() ) {
          if ( countersPerInterface ) {
-            renderer_.writeString( indentation( state_.indentCountPerLevel() + 3 ) );
-            renderer_.writeString( "Total:" );
+            renderer_.write( indentation( state_.indentCountPerLevel() + 3 ), "Total:" );
          }
-         renderer_.writeString( " " );
+         renderer_.write( ' ' );
          writeCounts( renderer_, total, withBytes() );
       }
       renderer_.startJsonObject( totals );
@@ -124,9 +120,7 @@ private:
       for ( auto const & [intf, data] : status_->intfCountData() ) {
          PacketAndByte const counts = interfaceCounts( intf );
          if ( renderer_.isText() ) {
-            renderer_.writeString( indentation( state_.indentCountPerLevel() + 3 ) );
-            renderer_._addText( "", intf.string() );
-            renderer_.writeString( ": " );
+            renderer_.write( indentation( state_.indentCountPerLevel() + 3 ), intf.string(), ": " );
             writeCounts( renderer_, counts, withBytes() );
          }
          renderer_.startJsonObject( intf.string() );
@@ -186,17 +180,12 @@ void renderUnnamedCounters( RendererV2 & renderer, PolicyState const & state, Us
       PolicyMap::ClassMapStatus const & status = *state.classMapStatus( rule );
       uint64_t const packets = snapshots.packets( status );
       if ( renderer.isText() ) {
-         renderer.writeString( indentation( listIndent ) );
-         renderer._addText( "match rule: ", status.name() );
-         renderer._addText( ": ", packets );
-         renderer.writeString( " packets" );
-         renderer.eol();
+         renderer.write( indentation( listIndent ), "match rule: ", status.name(), ": ", packets,
+                         " packets\n" );
       }
       if ( renderer.isJson() ) {
          renderer._startJsonObject( status.name() );
-         renderer._startJsonObject( totals );
-         renderer._addJsonKeyValuePair( packetTotal, packets );
-         renderer.endJsonDict();
+         renderer._addJsonObject( totals, JsonMember{ packetTotal, packets } );
          renderer.endJsonDict();
       }
    }
@@ -211,8 +200,7 @@ void renderPolicyCounters( RendererV2 & renderer, Selection const & selection,
    renderer.startJsonObject( trafficPolicies );
    selection.forEach( [&]( PolicyState const & state ) {
       if ( renderer.isText() ) {
-         renderer._addText( "Traffic policy ", state.name() );
-         renderer.eol();
+         renderer.write( "Traffic policy ", state.name(), '\n' );
       }
       renderer.startJsonObject( state.name() );
       Uses const uses = usesOf( state );
@@ -227,17 +215,15 @@ void renderCounterGranularity( RendererV2 & renderer,
                                TrafficPolicy::CounterGranularity granularity ) {
    static constexpr JsonKey key( "ingressCounterGranularity" );
    using TrafficPolicy::CounterGranularity;
-   std::string_view const text = granularity == CounterGranularity::perPolicy      ? "per-policy"
-                                 : granularity == CounterGranularity::perInterface ? "per-interface"
-                                                                                   : "";
+   PlainText const text = granularity == CounterGranularity::perPolicy      ? "per-policy"
+                          : granularity == CounterGranularity::perInterface ? "per-interface"
+                                                                            : "";
    if ( text.empty() ) {
       return;
    }
    renderer.addJsonKeyValuePair( key, text );
    if ( renderer.isText() ) {
-      renderer._addText( "Counter granularity: ", text );
-      renderer.writeString( " ingress" );
-      renderer.eol();
+      renderer.write( "Counter granularity: ", text, " ingress\n" );
    }
 }
 

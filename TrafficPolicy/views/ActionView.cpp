@@ -2,6 +2,7 @@
 
 #include "TrafficPolicy/model/Trace.h"
 #include "TrafficPolicy/views/CliLabel.h"
+#include "TrafficPolicy/views/ListWriters.h"
 
 namespace TrafficPolicyCli {
 
@@ -9,9 +10,9 @@ namespace {
 
 using PolicyMap::ActionType;
 using wendo::JsonKey;
+using wendo::JsonMember;
 
-constexpr char heading[] = "Actions: ";
-constexpr unsigned headingWidth = sizeof heading - 1;
+constexpr PlainText heading( "Actions: " );
 
 // For a policy without a committed configuration, which has no rules either.
 template< typename Map >
@@ -57,42 +58,39 @@ void ActionWriter::renderActions( Vorn::String const & className,
       return;
    }
    renderer_.startJsonObject( actionsKey );
-   if ( renderer_.isText() ) {
-      renderer_.writeString( wendo::indentation( indent ) );
-      renderer_.writeString( heading );
-   }
-   bool first = true;
+   ListLines lines( heading, indent );
    for ( auto const & entry : ( *classAction )->policyAction() ) {
       if ( !ours( entry ) ) {
          break;
       }
-      if ( renderer_.isText() && !first ) {
-         renderer_.writeString( wendo::indentation( indent + headingWidth ) );
-      }
-      first = false;
-      renderAction( entry.key, entry.value.get(), classStatus );
-      renderer_.eol();
+      renderAction( lines.next(), entry.key, entry.value.get(), classStatus );
    }
    renderer_.endJsonDict();
 }
 
-void ActionWriter::renderAction( ActionType type, PolicyMap::Action const * action,
+void ActionWriter::renderAction( LineBegin begin, ActionType type, PolicyMap::Action const * action,
                                  PolicyMap::ClassMapStatus const & classStatus ) {
    static constexpr JsonKey drop( "drop" );
    static constexpr JsonKey log( "log" );
    static constexpr CliLabel setDscp( "Set DSCP" );
    static constexpr CliLabel setTc( "Set Traffic Class" );
-   auto const numberAction = [&]( CliLabel const & label, unsigned value ) {
-      if ( renderer_.isText() ) {
-         renderer_.writeString( label.text() );
-         renderer_._addText( " ", value );
+   auto const flagAction = [&]( PlainText const & text, JsonKey const & key ) {
+      if ( renderer_.isJson() ) {
+         renderer_._addJsonKeyValuePair( key, true );
+      } else if ( renderer_.isText() ) {
+         renderer_.write( begin, text, '\n' );
       }
-      renderer_.addJsonKeyValuePair( label.key(), value );
+   };
+   auto const numberAction = [&]( CliLabel const & label, unsigned value ) {
+      if ( renderer_.isJson() ) {
+         renderer_._addJsonKeyValuePair( label.key(), value );
+      } else if ( renderer_.isText() ) {
+         renderer_.write( begin, label.text(), ' ', value, '\n' );
+      }
    };
    switch ( type ) {
    case ActionType::drop:
-      renderer_.addFrill( "Drop" );
-      renderer_.addJsonKeyValuePair( drop, true );
+      flagAction( "Drop", drop );
       break;
    case ActionType::setDscp:
       numberAction( setDscp, recordOf< PolicyMap::SetDscpAction >( action ).value() );
@@ -101,14 +99,13 @@ void ActionWriter::renderAction( ActionType type, PolicyMap::Action const * acti
       numberAction( setTc, recordOf< TrafficPolicy::SetTcAction >( action ).value() );
       break;
    case ActionType::police:
-      renderPolice( recordOf< PolicyMap::PoliceAction >( action ) );
+      renderPolice( begin, recordOf< PolicyMap::PoliceAction >( action ) );
       break;
    case ActionType::count:
-      renderCount( recordOf< PolicyMap::CountAction >( action ), classStatus );
+      renderCount( begin, recordOf< PolicyMap::CountAction >( action ), classStatus );
       break;
    case ActionType::log:
-      renderer_.addFrill( "Log" );
-      renderer_.addJsonKeyValuePair( log, true );
+      flagAction( "Log", log );
       break;
    // A new action type must not be shown wrongly.
    default:
@@ -116,75 +113,76 @@ void ActionWriter::renderAction( ActionType type, PolicyMap::Action const * acti
    }
 }
 
-void ActionWriter::renderPolice( PolicyMap::PoliceAction const & police ) {
+void ActionWriter::renderPolice( LineBegin begin, PolicyMap::PoliceAction const & police ) {
    static constexpr JsonKey object( "police" );
    static constexpr JsonKey rate( "rate" );
    static constexpr JsonKey unit( "unit" );
-   std::string_view const unitText = PolicyMap::rateUnitText( police.unit() );
-   if ( renderer_.isText() ) {
-      renderer_._addText( "Police rate ", police.rate() );
-      renderer_._addText( " ", unitText );
+   PlainText const & unitText = PolicyMap::rateUnitText( police.unit() );
+   if ( renderer_.isJson() ) {
+      renderer_._addJsonObject( object, JsonMember{ rate, police.rate() },
+                                JsonMember{ unit, unitText } );
+   } else if ( renderer_.isText() ) {
+      renderer_.write( begin, "Police rate ", police.rate(), ' ', unitText, '\n' );
    }
-   renderer_.startJsonObject( object );
-   renderer_.addJsonKeyValuePair( rate, police.rate() );
-   renderer_.addJsonKeyValuePair( unit, unitText );
-   renderer_.endJsonDict();
 }
 
-void ActionWriter::renderCount( PolicyMap::CountAction const & count,
+void ActionWriter::renderCount( LineBegin begin, PolicyMap::CountAction const & count,
                                 PolicyMap::ClassMapStatus const & classStatus ) {
    static constexpr JsonKey key( "count" );
    if ( !count.counterName().empty() ) {
-      renderNamedCount( count.counterName() );
+      renderNamedCount( begin, count.counterName() );
       return;
    }
    uint64_t const packets = snapshots_.packets( classStatus );
-   if ( renderer_.isText() ) {
-      renderer_._addText( "Count: ", packets );
-      renderer_.writeString( " packets" );
+   if ( renderer_.isJson() ) {
+      renderer_._addJsonKeyValuePair( key, packets );
+   } else if ( renderer_.isText() ) {
+      renderer_.write( begin, "Count: ", packets, " packets\n" );
    }
-   renderer_.addJsonKeyValuePair( key, packets );
 }
 
-void ActionWriter::renderNamedCount( Vorn::String const & name ) {
+void ActionWriter::renderNamedCount( LineBegin begin, Vorn::String const & name ) {
    static constexpr JsonKey countNamed( "countNamed" );
    static constexpr JsonKey packetCount( "packetCount" );
    static constexpr JsonKey byteCount( "byteCount" );
    auto const * status = policyState_.policyMapStatus()->counterStatus( name );
-   renderer_.startJsonObject( countNamed );
-   renderer_.startJsonObject( name );
-   if ( status ) {
-      uint64_t const packets =
-         getNamedPacketCount( policyState_.counter(), *status, policyState_.name() );
-      if ( renderer_.isText() ) {
-         renderer_._addText( "Count: ", name );
-         renderer_._addText( ": ", packets );
-         renderer_.writeString( " packets" );
-      }
-      renderer_.addJsonKeyValuePair( packetCount, packets );
-      if ( showBytes_ ) {
-         uint64_t const bytes =
-            getNamedByteCount( policyState_.counter(), *status, policyState_.name() );
-         renderer_.addText( " ", bytes );
-         renderer_.addFrill( " bytes" );
-         renderer_.addJsonKeyValuePair( byteCount, bytes );
-      }
-   } else {
-      renderInactive( name );
+   if ( !status ) {
+      renderInactive( begin, name );
+      return;
    }
-   renderer_.endJsonDict();
-   renderer_.endJsonDict();
+   auto const & store = policyState_.counter();
+   uint64_t const packets = getNamedPacketCount( store, *status, policyState_.name() );
+   uint64_t const bytes = showBytes_ ? getNamedByteCount( store, *status, policyState_.name() ) : 0;
+   if ( renderer_.isJson() ) {
+      renderer_._startJsonObject( countNamed );
+      if ( showBytes_ ) {
+         renderer_._addJsonObject( name, JsonMember{ packetCount, packets },
+                                   JsonMember{ byteCount, bytes } );
+      } else {
+         renderer_._addJsonObject( name, JsonMember{ packetCount, packets } );
+      }
+      renderer_.endJsonDict();
+   } else if ( renderer_.isText() ) {
+      renderer_.write( begin, "Count: ", name, ": ", packets, " packets" );
+      if ( showBytes_ ) {
+         renderer_.write( ' ', bytes, " bytes" );
+      }
+      renderer_.eol();
+   }
 }
 
 // The hardware side does not know the counter: that is not a count of zero.
-void ActionWriter::renderInactive( Vorn::String const & name ) {
+void ActionWriter::renderInactive( LineBegin begin, Vorn::String const & name ) {
+   static constexpr JsonKey countNamed( "countNamed" );
    static constexpr JsonKey undefined( "undefined" );
-   if ( renderer_.isText() ) {
-      renderer_._addText( "Count: ", name );
-      renderer_._addText( " (counter '", name );
-      renderer_.writeString( "' is inactive because it has not been declared)" );
+   if ( renderer_.isJson() ) {
+      renderer_._startJsonObject( countNamed );
+      renderer_._addJsonObject( name, JsonMember{ undefined, true } );
+      renderer_.endJsonDict();
+   } else if ( renderer_.isText() ) {
+      renderer_.write( begin, "Count: ", name, " (counter '", name,
+                       "' is inactive because it has not been declared)\n" );
    }
-   renderer_.addJsonKeyValuePair( undefined, true );
 }
 
 } // namespace TrafficPolicyCli

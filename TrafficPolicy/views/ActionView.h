@@ -23,13 +23,14 @@ public:
 private:
    using ClassActions = Vorn::HashMap< Vorn::String, Vorn::Ptr< PolicyMap::ClassAction const > >;
 
-   void renderAction( PolicyMap::ActionType type, PolicyMap::Action const * action,
+   void renderAction( wendo::LineBegin begin, PolicyMap::ActionType type,
+                      PolicyMap::Action const * action,
                       PolicyMap::ClassMapStatus const & classStatus );
-   void renderPolice( PolicyMap::PoliceAction const & police );
-   void renderCount( PolicyMap::CountAction const & count,
+   void renderPolice( wendo::LineBegin begin, PolicyMap::PoliceAction const & police );
+   void renderCount( wendo::LineBegin begin, PolicyMap::CountAction const & count,
                      PolicyMap::ClassMapStatus const & classStatus );
-   void renderNamedCount( Vorn::String const & name );
-   void renderInactive( Vorn::String const & name );
+   void renderNamedCount( wendo::LineBegin begin, Vorn::String const & name );
+   void renderInactive( wendo::LineBegin begin, Vorn::String const & name );
 
    wendo::RendererV2 & renderer_;
    PolicyState const & policyState_;

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/values/PlainText.h"
 #include "TrafficPolicy/platform/vorn/Assert.h"
 #include "TrafficPolicy/views/JsonKey.h"
 
@@ -46,6 +47,9 @@ inline constexpr auto cliMap = [] {
 }();
 static_assert( cliMap.size() == 18 );
 
+// Which names single values under a label have.
+enum class ValueNames { none, dscp, protocol };
+
 // A label with its key looked up. Made at compile time wherever the label is known then; a label
 // that is not in the map does not compile there, and fails an assertion elsewhere.
 class CliLabel {
@@ -58,15 +62,20 @@ public:
       return { label, label, " field-set" };
    }
 
-   constexpr std::string_view text() const { return text_; }
+   constexpr PlainText const & text() const { return text_; }
    constexpr wendo::JsonKey const & key() const { return key_; }
-   // Columns that the text takes with the ": " behind it.
-   constexpr unsigned width() const { return static_cast< unsigned >( text_.size() ) + 2; }
+   // The text with ": " behind it, as it begins a line.
+   constexpr PlainText const & heading() const { return heading_; }
+   constexpr ValueNames names() const { return names_; }
 
 private:
    constexpr CliLabel( std::string_view text, std::string_view label, std::string_view suffix )
-      : text_( text )
-      , key_( keyOf( label, suffix ) ) {}
+      : text_( text, "" )
+      , heading_( text, ": " )
+      , key_( keyOf( label, suffix ) )
+      , names_( text == "DSCP"       ? ValueNames::dscp
+                : text == "Protocol" ? ValueNames::protocol
+                                     : ValueNames::none ) {}
 
    static constexpr wendo::JsonKey keyOf( std::string_view label, std::string_view suffix ) {
       std::optional< std::string_view > jsonName;
@@ -80,8 +89,10 @@ private:
       return wendo::JsonKey( *jsonName );
    }
 
-   std::string_view text_;
+   PlainText text_;
+   PlainText heading_;
    wendo::JsonKey key_;
+   ValueNames names_;
 };
 
 } // namespace TrafficPolicyCli

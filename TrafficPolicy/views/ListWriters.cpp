@@ -4,13 +4,14 @@
 
 namespace TrafficPolicyCli {
 
-std::string_view numericalValueToStrFor( CliLabel const & label, uint32_t value,
-                                         ClassMapMatchOption matchOption ) {
-   if ( label.text() == "DSCP" ) {
+PlainText const & numericalValueToStrFor( CliLabel const & label, uint32_t value,
+                                          ClassMapMatchOption matchOption ) {
+   static constexpr PlainText none;
+   if ( label.names() == ValueNames::dscp ) {
       return Names::dscp( value );
    }
-   if ( label.text() != "Protocol" ) {
-      return {};
+   if ( label.names() != ValueNames::protocol ) {
+      return none;
    }
    switch ( matchOption ) {
    case ClassMapMatchOption::ipv4:
@@ -20,22 +21,20 @@ std::string_view numericalValueToStrFor( CliLabel const & label, uint32_t value,
    default:
       VORN_ASSERT( false && "Unrecognized match option" );
    }
-   return {};
+   return none;
 }
 
-void writeRange( wendo::RendererV2 & renderer, CliLabel const & label,
+void writeRange( wendo::RendererV2 & renderer, LineBegin begin, CliLabel const & label,
                  Classification::NumericalRange const & range, ClassMapMatchOption matchOption ) {
    if ( range.low != range.high ) {
-      renderer.writeString( range.low );
-      renderer.writeString( "-" );
-      renderer.writeString( range.high );
+      renderer.write( begin, range.low, '-', range.high, '\n' );
       return;
    }
-   std::string_view const name = numericalValueToStrFor( label, range.low, matchOption );
+   PlainText const & name = numericalValueToStrFor( label, range.low, matchOption );
    if ( name.empty() ) {
-      renderer.writeString( range.low );
+      renderer.write( begin, range.low, '\n' );
    } else {
-      renderer.writeString( name );
+      renderer.write( begin, name, '\n' );
    }
 }
 
@@ -44,14 +43,10 @@ void renderPrefixSet( wendo::RendererV2 & renderer, CliLabel const & label,
    traceList( "void TrafficPolicyCli::renderPrefixSet(wendo::RendererV2&, Vorn::String, "
               "const Set&, U32) ",
               label );
-   renderSorted< Pelx::IpGenPrefix >(
-      renderer, label, prefixes, indent, [&]( Pelx::IpGenPrefix const & prefix ) {
-         if ( renderer.isJson() ) {
-            renderer._addJsonKeyValuePair( wendo::listElement, prefix );
-         } else if ( renderer.isText() ) {
-            renderer.writeString( prefix );
-         }
-      } );
+   renderSorted( renderer, label, prefixes, indent,
+                 [&]( LineBegin begin, Pelx::IpGenPrefix const & prefix ) {
+                    renderer.write( begin, prefix, '\n' );
+                 } );
 }
 
 void renderFieldSet( wendo::RendererV2 & renderer, CliLabel const & label,
@@ -59,13 +54,8 @@ void renderFieldSet( wendo::RendererV2 & renderer, CliLabel const & label,
    traceList( "void TrafficPolicyCli::renderFieldSet(wendo::RendererV2&, Vorn::String, "
               "const Set&, U32) ",
               label );
-   renderSorted< Vorn::String >( renderer, label, names, indent, [&]( Vorn::String const & name ) {
-      if ( renderer.isJson() ) {
-         renderer._addJsonKeyValuePair( wendo::listElement, name );
-      } else if ( renderer.isText() ) {
-         renderer.writeString( "field-set " );
-         renderer.writeString( name );
-      }
+   renderSorted( renderer, label, names, indent, [&]( LineBegin begin, Vorn::String const & name ) {
+      renderer.write( begin, "field-set ", name, '\n' );
    } );
 }
 

@@ -14,63 +14,59 @@
 namespace TrafficPolicyCli {
 
 using PolicyMap::ClassMapMatchOption;
+using wendo::LineBegin;
 
 // The well-known name of a DSCP value or of a protocol number (for the rule's address family);
 // empty when the value has none or the label names another kind of value.
-std::string_view numericalValueToStrFor( CliLabel const & label, uint32_t value,
-                                         ClassMapMatchOption matchOption );
+PlainText const & numericalValueToStrFor( CliLabel const & label, uint32_t value,
+                                          ClassMapMatchOption matchOption );
 
-// The beginnings of a list's text lines.
+// The beginnings of a list's text lines: the first value stands behind the heading, others under
+// it.
 class ListLines {
 public:
-   // Writes the indent and the label.
-   ListLines( wendo::RendererV2 & renderer, CliLabel const & label, unsigned indent )
-      : renderer_( renderer )
-      , column_( indent + label.width() ) {
-      if ( renderer.isText() ) {
-         renderer.writeString( wendo::indentation( indent ) );
-         renderer.writeString( label.text() );
-         renderer.writeString( ": " );
-      }
-   }
-   // Before each value, in text: the first stands behind the label, others under it.
-   void next() {
-      if ( !first_ ) {
-         renderer_.writeString( wendo::indentation( column_ ) );
-      }
-      first_ = false;
+   ListLines( PlainText const & heading, unsigned indent )
+      : indent_( indent )
+      , heading_( &heading ) {}
+   // Before each value.
+   LineBegin next() {
+      static constexpr PlainText none;
+      LineBegin const line{ wendo::indentation( indent_ ), *heading_ };
+      indent_ += static_cast< unsigned >( heading_->size() );
+      heading_ = &none;
+      return line;
    }
 
 private:
-   wendo::RendererV2 & renderer_;
-   unsigned column_;
-   bool first_ = true;
+   unsigned indent_;
+   PlainText const * heading_;
 };
 
-// A range in text: the name or number of a single value, or both bounds.
-void writeRange( wendo::RendererV2 & renderer, CliLabel const & label,
+// A text line with a range: the name or number of a single value, or both bounds.
+void writeRange( wendo::RendererV2 & renderer, LineBegin begin, CliLabel const & label,
                  Classification::NumericalRange const & range, ClassMapMatchOption matchOption );
 
 // The trace of a list writer on entry, and after its key is known.
 inline void traceList( Vorn::TraceText const & signature, CliLabel const & label ) {
-   trace.write( 8, signature, label.text() );
-   trace.write( 8, { "", signature.function }, label.text(), " --> ", label.key().name() );
+   trace.write( 8, signature, label.text().view() );
+   trace.write( 8, { "", signature.function }, label.text().view(), " --> ", label.key().name() );
 }
 
-// A list whose elements are written by one call each.
-template< typename Element, typename Writer >
-void renderSorted( wendo::RendererV2 & renderer, CliLabel const & label, auto const & elements,
-                   unsigned indent, Writer const & writer ) {
-   ListLines lines( renderer, label, indent );
-   renderer.startJsonList( label.key() );
-   forEachSorted< Element >( elements, [&]( Element const & element ) {
-      if ( renderer.isText() ) {
-         lines.next();
+// A list: in JSON of its elements as they are, in text of lines by the function, which gets the
+// line's beginning and the element.
+template< typename Element, typename LineWriter >
+void renderSorted( wendo::RendererV2 & renderer, CliLabel const & label,
+                   Vorn::HashSet< Element > const & elements, unsigned indent,
+                   LineWriter const & writeLine ) {
+   SortedView< Element > const sorted( elements );
+   if ( renderer.isJson() ) {
+      renderer._addJsonList( label.key(), sorted );
+   } else if ( renderer.isText() ) {
+      ListLines lines( label.heading(), indent );
+      for ( Element const * element : sorted ) {
+         writeLine( lines.next(), *element );
       }
-      writer( element );
-      renderer.eol();
-   } );
-   renderer.endJsonList();
+   }
 }
 
 void renderPrefixSet( wendo::RendererV2 & renderer, CliLabel const & label,
@@ -88,12 +84,8 @@ void renderNumericalRange( wendo::RendererV2 & renderer, CliLabel const & label,
    traceList( "void TrafficPolicyCli::renderNumericalRange(wendo::RendererV2&, Vorn::String, "
               "const Set&, U32, PolicyMap::ClassMapMatchOption) ",
               label );
-   renderSorted< Range >( renderer, label, ranges, indent, [&]( Range const & range ) {
-      if ( renderer.isJson() ) {
-         renderer._addJsonRangeEntry( range.low, range.high );
-      } else if ( renderer.isText() ) {
-         writeRange( renderer, label, range, matchOption );
-      }
+   renderSorted( renderer, label, ranges, indent, [&]( LineBegin begin, Range const & range ) {
+      writeRange( renderer, begin, label, range, matchOption );
    } );
 }
 

@@ -38,12 +38,10 @@ void renderAddresses( RendererV2 & renderer, StructuredFilter const * structured
 
 // A condition that is one line of text and one member.
 template< typename Value >
-void renderFlag( RendererV2 & renderer, std::string_view line, JsonKey const & key,
+void renderFlag( RendererV2 & renderer, PlainText const & line, JsonKey const & key,
                  Value const & value, unsigned indent ) {
    if ( renderer.isText() ) {
-      renderer.writeString( wendo::indentation( indent ) );
-      renderer.writeString( line );
-      renderer.eol();
+      renderer.write( wendo::indentation( indent ), line, '\n' );
    }
    renderer.addJsonKeyValuePair( key, value );
 }
@@ -75,7 +73,7 @@ void renderMatches( RendererV2 & renderer, PolicyState const & policyState,
    static constexpr CliLabel ipLength( "IP length" );
    static constexpr CliLabel dscp( "DSCP" );
    static constexpr CliLabel ttl( "TTL" );
-   static constexpr std::string_view bgp( "bgp" );
+   static constexpr PlainText bgp( "bgp" );
 
    StructuredFilter const * filter = classMapMatch.structuredFilter().get();
    if ( !filter ) {

@@ -10,8 +10,7 @@ void renderNamedCounter( wendo::RendererV2 & renderer, PolicyState const & polic
    }
    renderer.startJsonList( namedCounters );
    if ( renderer.isText() ) {
-      renderer.writeString( wendo::indentation( indent ) );
-      renderer.writeString( "counter" );
+      renderer.write( wendo::indentation( indent ), "counter" );
    }
    for ( auto const & [name, declared] : policyState.namedCounter() ) {
       renderer.addJsonKeyValuePair( wendo::listElement, name );

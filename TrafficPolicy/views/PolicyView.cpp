@@ -15,6 +15,7 @@ namespace {
 
 using wendo::indentation;
 using wendo::JsonKey;
+using wendo::JsonMember;
 using wendo::RendererV2;
 
 constexpr unsigned listIndent = 3;
@@ -34,8 +35,7 @@ void renderListEntry( RendererV2 & renderer, ListLabel const & label,
                       typename Binding::Names const * names, bool showAll ) {
    renderer.startJsonList( label.key );
    if ( renderer.isText() ) {
-      renderer.writeString( indentation( listIndent ) );
-      renderer.writeString( label.text );
+      renderer.write( indentation( listIndent ), label.text );
    }
    if ( names ) {
       size_t count = 0;
@@ -72,19 +72,16 @@ void renderInstallErrors( RendererV2 & renderer, JsonKey const & key,
       line.append( " (" ).append( text.view() ).append( ")" );
       renderer.addJsonKeyValuePair( wendo::listElement, std::string_view( line ) );
       if ( renderer.isText() ) {
-         renderer.writeString( indentation( indent ) );
-         renderer.writeString( std::string_view( line ) );
+         renderer.write( indentation( indent ), std::string_view( line ), '\n' );
       }
-      renderer.eol();
    }
    renderer.endJsonList();
 }
 
 void renderRulesModel( RendererV2 & renderer, unsigned ruleCount ) {
    if ( renderer.isText() ) {
-      renderer.writeString( indentation( listIndent ) );
-      renderer._addText( "Total number of rules configured: ", ruleCount );
-      renderer.eol();
+      renderer.write( indentation( listIndent ), "Total number of rules configured: ", ruleCount,
+                      '\n' );
    }
 }
 
@@ -112,21 +109,18 @@ void renderCommonModel( RendererV2 & renderer, typename Binding::State const & s
    renderRulesModel( renderer, state.ruleCount() );
 }
 
+// Opens the rule's object in JSON.
 void renderRuleSummary( RendererV2 & renderer, Vorn::String const & ruleName,
                         ClassMapMatchOption option ) {
    static constexpr JsonKey ruleString( "ruleString" );
    static constexpr JsonKey matchOption( "matchOption" );
    if ( renderer.isJson() ) {
-      renderer._addJsonKeyValuePair( ruleString, ruleName );
-      renderer._addJsonKeyValuePair( matchOption, PolicyMap::matchOptionName( option ) );
-   }
-   if ( renderer.isText() ) {
-      renderer.writeString( indentation( ruleIndent ) );
-      renderer.writeString( "match " );
-      renderer.writeString( ruleName );
-      renderer.writeString( " " );
-      renderer.writeString( PolicyMap::matchOptionName( option ) );
-      renderer.eol();
+      renderer._startJsonListEntry(
+         JsonMember{ ruleString, ruleName },
+         JsonMember{ matchOption, PolicyMap::matchOptionName( option ) } );
+   } else if ( renderer.isText() ) {
+      renderer.write( indentation( ruleIndent ), "match ", ruleName, ' ',
+                      PolicyMap::matchOptionName( option ), '\n' );
    }
 }
 
@@ -155,7 +149,6 @@ void renderRules( RendererV2 & renderer, PolicyState const & state, bool counter
       prefetchRule( state, rule );
       PolicyMap::ClassMapMatch const & match = *state.classMapConfig( rule );
       PolicyMap::ClassMapStatus const & status = *state.classMapStatus( rule );
-      renderer.startJsonListEntry();
       renderRuleSummary( renderer, status.name(), match.matchOption() );
       if ( !state.summary() ) {
          trace.write( 8, { "Rendering detailed view of the rule ", ruleFunction }, status.name() );
@@ -171,8 +164,7 @@ template< typename Binding >
 void renderPolicy( RendererV2 & renderer, typename Binding::State const & state,
                    bool countersPerInterface ) {
    if ( renderer.isText() ) {
-      renderer._addText( "Traffic policy ", state.name() );
-      renderer.eol();
+      renderer.write( "Traffic policy ", state.name(), '\n' );
    }
    renderer.startJsonObject( state.name() );
    if ( state.errors() ) {

@@ -10,6 +10,7 @@ using Classification::ProtocolRange;
 using Classification::ProtoField;
 using Classification::TcpFlagAndMask;
 using wendo::JsonKey;
+using wendo::JsonMember;
 using wendo::RendererV2;
 
 constexpr CliLabel protocolLabel( "Protocol" );
@@ -40,30 +41,26 @@ void renderTcpFlags( RendererV2 & renderer, TcpFlagAndMask const & tcpFlags, uns
    static constexpr JsonKey valueKey( "value" );
    static constexpr struct {
       uint16_t bit;
-      std::string_view name;
+      PlainText name;
    } known[] = { { TcpFlagAndMask::initialSyn, "initial-syn" },
                  { TcpFlagAndMask::established, "established" } };
 
-   ListLines lines( renderer, label, indent );
+   ListLines lines( label.heading(), indent );
    renderer.startJsonList( label.key() );
    for ( auto const & [bit, name] : known ) {
       if ( !( tcpFlags.flags & bit ) ) {
          continue;
       }
-      if ( renderer.isText() ) {
-         lines.next();
-         renderer.writeString( name );
-         renderer.writeString( ":1" );
-         renderer.eol();
+      if ( renderer.isJson() ) {
+         renderer._addJsonListEntry( JsonMember{ nameKey, name }, JsonMember{ valueKey, true } );
+      } else if ( renderer.isText() ) {
+         renderer.write( lines.next(), name, ":1\n" );
       }
-      renderer.startJsonListEntry();
-      renderer.addJsonKeyValuePair( nameKey, name );
-      renderer.addJsonKeyValuePair( valueKey, true );
-      renderer.endJsonDict();
    }
-   // The label's line ends even when no bit has a name.
-   if ( !( tcpFlags.flags & ( TcpFlagAndMask::initialSyn | TcpFlagAndMask::established ) ) ) {
-      renderer.eol();
+   // The label has its line even when no bit has a name.
+   if ( !( tcpFlags.flags & ( TcpFlagAndMask::initialSyn | TcpFlagAndMask::established ) )
+        && renderer.isText() ) {
+      renderer.write( lines.next(), '\n' );
    }
    renderer.endJsonList();
 }
@@ -74,9 +71,7 @@ void renderIcmpCodes( RendererV2 & renderer, Classification::TypeAndCode const &
    if ( type.icmpCode() ) {
       renderNumericalRange( renderer, label, type.icmpCode(), indent, matchOption );
    } else if ( renderer.isText() ) {
-      renderer.writeString( wendo::indentation( indent ) );
-      renderer.writeString( "ICMP code: all" );
-      renderer.eol();
+      renderer.write( wendo::indentation( indent ), "ICMP code: all\n" );
    }
 }
 
@@ -85,17 +80,13 @@ void renderIcmp( RendererV2 & renderer, ProtoField const & field, unsigned inden
    static constexpr CliLabel label( "ICMP type" );
    static constexpr JsonKey icmps( "icmps" );
    SortedView< IcmpEntry > const types( field.icmp() );
-   ListLines lines( renderer, label, indent );
+   ListLines lines( label.heading(), indent );
    renderer.startJsonList( icmps );
    for ( IcmpEntry const * type : types ) {
-      if ( renderer.isText() ) {
-         lines.next();
-         writeRange( renderer, label, type->key, matchOption );
-         renderer.eol();
-      }
       if ( renderer.isJson() ) {
-         renderer._startJsonListEntry();
-         renderer._addJsonRange( label.key(), type->key.low, type->key.high );
+         renderer._startJsonListEntry( JsonMember{ label.key(), type->key } );
+      } else if ( renderer.isText() ) {
+         writeRange( renderer, lines.next(), label, type->key, matchOption );
       }
       renderIcmpCodes( renderer, *type->value, indent, matchOption );
       renderer.endJsonListEntry();
@@ -135,33 +126,25 @@ void renderProtocolsJson( RendererV2 & renderer, Protocols const & protocols,
                           ClassMapMatchOption matchOption ) {
    static constexpr JsonKey protocolRange( "protocolRange" );
    renderer._startJsonList( protocolLabel.key() );
-   forEachSorted< ProtocolEntry >( protocols, [&]( ProtocolEntry const & protocol ) {
-      renderer._startJsonListEntry();
-      renderer._addJsonRange( protocolRange, protocol.key.low, protocol.key.high );
-      renderConditions( renderer, protocol.key, *protocol.value, 0, matchOption );
+   for ( ProtocolEntry const * protocol : SortedView< ProtocolEntry >( protocols ) ) {
+      renderer._startJsonListEntry( JsonMember{ protocolRange, protocol->key } );
+      renderConditions( renderer, protocol->key, *protocol->value, 0, matchOption );
       renderer.endJsonListEntry();
-   } );
+   }
    renderer.endJsonList();
 }
 
 void renderProtocolsText( RendererV2 & renderer, Protocols const & protocols, unsigned indent,
                           unsigned step, ClassMapMatchOption matchOption ) {
-   auto const value = [&]( ProtocolEntry const & protocol, ListLines & lines ) {
-      lines.next();
-      writeRange( renderer, protocolLabel, protocol.key, matchOption );
-      renderer.eol();
-   };
-   if ( isPlain( protocols ) ) {
-      ListLines lines( renderer, protocolLabel, indent );
-      forEachSorted< ProtocolEntry >(
-         protocols, [&]( ProtocolEntry const & protocol ) { value( protocol, lines ); } );
-      return;
+   bool const plain = isPlain( protocols );
+   ListLines lines( protocolLabel.heading(), indent );
+   for ( ProtocolEntry const * protocol : SortedView< ProtocolEntry >( protocols ) ) {
+      writeRange( renderer, lines.next(), protocolLabel, protocol->key, matchOption );
+      if ( !plain ) {
+         renderConditions( renderer, protocol->key, *protocol->value, indent + step, matchOption );
+         lines = ListLines( protocolLabel.heading(), indent );
+      }
    }
-   forEachSorted< ProtocolEntry >( protocols, [&]( ProtocolEntry const & protocol ) {
-      ListLines lines( renderer, protocolLabel, indent );
-      value( protocol, lines );
-      renderConditions( renderer, protocol.key, *protocol.value, indent + step, matchOption );
-   } );
 }
 
 } // namespace

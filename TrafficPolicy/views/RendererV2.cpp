@@ -2,13 +2,11 @@
 
 namespace wendo {
 
-void RendererV2::writeSpaces( size_t count ) {
-   while ( count > 0 ) {
-      size_t const piece = std::min( count, wordsMax );
-      char * to = buffer().getBuffer( wordsMax );
-      std::memset( to, ' ', wordsMax );
-      buffer().commit( to + piece );
-      count -= piece;
+void RendererV2::writeAlone( Spaces spaces ) {
+   for ( unsigned left = spaces.width; left > 0; ) {
+      unsigned const some = std::min( left, unsigned{ wordsMax } );
+      write( indentation( some ) );
+      left -= some;
    }
 }
 

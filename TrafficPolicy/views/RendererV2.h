@@ -1,25 +1,20 @@
 // The renderer contract: the operations that every view writes through, and their exact bytes.
 //
 // Text operations with an underscore-less name test the format themselves and write nothing in
-// JSON, and the other way round, so that a view may call both unconditionally; writeString and the
-// operations that begin with an underscore leave the test to the caller.
+// JSON, and the other way round, so that a view may call both unconditionally; write, writeString
+// and the operations that begin with an underscore leave the test to the caller.
 //
 // JSON state is one flag: set when the next member is the first of its container and takes no
 // comma. Nesting is not checked: whoever opens a container closes it.
 
 #pragma once
 
-#include "TrafficPolicy/platform/values/Decimal.h"
-#include "TrafficPolicy/platform/values/IpGenPrefix.h"
-#include "TrafficPolicy/platform/vorn/String.h"
 #include "TrafficPolicy/platform/wendo/JsonEscape.h"
 #include "TrafficPolicy/platform/wendo/Renderer.h"
 #include "TrafficPolicy/views/JsonKey.h"
+#include "TrafficPolicy/views/Pieces.h"
 
 #include <algorithm>
-#include <charconv>
-#include <concepts>
-#include <cstring>
 #include <string_view>
 #include <type_traits>
 
@@ -31,11 +26,6 @@ struct JustifyLeft {
    unsigned width;
 };
 
-// Spaces at the beginning of a line.
-constexpr JustifyLeft indentation( unsigned width ) {
-   return { "", width };
-}
-
 class RendererV2 : public Renderer {
 public:
    RendererV2( OutputFormat_t format, PrintBuffer & buffer )
@@ -43,116 +33,117 @@ public:
 
    // Text: the caller has tested for it.
 
-   // A literal: its length is known, so it is copied without a call.
-   template< size_t size >
-   void writeString( char const ( &literal )[size] ) {
-      char * to = buffer().getBuffer( size );
-      std::memcpy( to, literal, size - 1 );
-      buffer().commit( to + size - 1 );
-   }
-   void writeString( char const * text, size_t size ) { buffer().append( { text, size } ); }
-   void writeString( std::string_view text ) { buffer().append( text ); }
-   void writeString( Vorn::String const & text ) {
-      if ( text.size() > wordsMax ) {
-         buffer().append( text.view() );
+   // The pieces, one behind the other (see Pieces.h).
+   template< typename... Pieces >
+   [[gnu::always_inline]] void write( Pieces const &... pieces ) {
+      size_t const needed = ( room( pieces ) + ... );
+      if ( needed < tooMuch ) [[likely]] {
+         char * to = buffer().getBuffer( needed );
+         ( ( to = put( to, pieces ) ), ... );
+         buffer().commit( to );
       } else {
-         buffer().commit( copyWords( buffer().getBuffer( wordsMax ), text ) );
+         writeApart( pieces... );
       }
    }
-   void writeString( JustifyLeft const & field ) {
-      writeString( field.text );
-      writeSpaces( field.width - std::min< size_t >( field.width, field.text.size() ) );
-   }
-   // In decimal.
-   template< std::unsigned_integral Number >
-   void writeString( Number value ) {
-      writeNumber( value );
-   }
-   void writeString( Pelx::IpGenPrefix const & prefix ) {
-      char * to = buffer().getBuffer( Pelx::IpGenPrefix::printRoom );
-      buffer().commit( prefix.printToBuffer( to ) );
-   }
    template< typename Value >
-   void _addText( std::string_view label, Value const & value ) {
-      writeString( label );
-      writeString( value );
+   void writeString( Value const & value ) {
+      write( value );
+   }
+   void writeString( char const * text, size_t size ) { buffer().append( { text, size } ); }
+   void writeString( JustifyLeft const & field ) {
+      size_t const size = std::min< size_t >( field.text.size(), field.width );
+      write( field.text, indentation( field.width - static_cast< unsigned >( size ) ) );
+   }
+   // The label is a literal or a text.
+   template< typename Label, typename Value >
+   void _addText( Label const & label, Value const & value ) {
+      write( label, value );
    }
 
    // Text: tested here.
 
    void eol() {
       if ( isText() ) {
-         char * to = buffer().getBuffer( 1 );
-         *to = '\n';
-         buffer().commit( to + 1 );
+         write( '\n' );
       }
    }
    void addFrill( std::string_view text ) {
       if ( isText() ) {
-         writeString( text );
+         write( text );
       }
    }
-   template< typename Value >
-   void addText( std::string_view label, Value const & value ) {
+   template< typename Label, typename Value >
+   void addText( Label const & label, Value const & value ) {
       if ( isText() ) {
          _addText( label, value );
       }
    }
 
-   // JSON: the caller has tested for it. A key is a JsonKey or a Vorn::String.
+   // JSON: the caller has tested for it.
 
    void writeQuotedString( std::string_view text ) { appendEscaped( buffer(), text ); }
-   void writeJsonValue( std::string_view text ) {
-      writeString( "\"" );
-      writeQuotedString( text );
-      writeString( "\"" );
+   template< typename Value >
+   void writeJsonValue( Value const & value ) {
+      write( Json{ value } );
    }
-   void writeJsonValue( Vorn::String const & text ) {
-      if ( text.plain() && text.size() <= wordsMax - 2 ) {
-         char * to = buffer().getBuffer( wordsMax + 2 );
-         *to = '"';
-         to = copyWords( to + 1, text );
-         *to = '"';
-         buffer().commit( to + 1 );
-      } else {
-         writeJsonValue( text.view() );
-      }
-   }
+   void writeJsonValue( std::string_view text ) { writeQuoted( text ); }
 
    // A member; with the empty key a list element.
    template< typename Key, typename Value >
    void _addJsonKeyValuePair( Key const & key, Value const & value ) {
-      writeMemberName( key );
-      writeMemberValue( value );
+      if ( key.empty() ) {
+         writeMember( Json{ value } );
+      } else {
+         writeMember( JsonMember{ key, value } );
+      }
+   }
+   template< typename Key >
+   void _addJsonKeyValuePair( Key const & key, std::string_view value ) {
+      _addJsonKeyValuePair( key, Vorn::String( value ) );
    }
    template< typename Key >
    void _startJsonObject( Key const & key ) {
-      writeContainerName( key );
-      open( '{' );
+      writeMember( JsonName{ key }, '{' );
+      first_ = true;
    }
    template< typename Key >
    void _startJsonList( Key const & key ) {
-      writeContainerName( key );
-      open( '[' );
-   }
-   void _startJsonListEntry() {
-      char * to = comma( buffer().getBuffer( 2 ) );
-      *to = '{';
-      buffer().commit( to + 1 );
+      writeMember( JsonName{ key }, '[' );
       first_ = true;
    }
-   // A list element {"low":L,"high":H}, in one reservation: most of a large reply are these.
-   void _addJsonRangeEntry( uint32_t low, uint32_t high ) {
-      char * to = comma( buffer().getBuffer( rangeRoom ) );
-      buffer().commit( putRange( to, low, high ) );
-      first_ = false;
+   void _startJsonListEntry() {
+      writeMember( '{' );
+      first_ = true;
    }
-   // A member "key":{"low":L,"high":H}.
-   void _addJsonRange( JsonKey const & key, uint32_t low, uint32_t high ) {
-      char * to = comma( buffer().getBuffer( JsonKey::room + rangeRoom ) );
-      to = putKey( to, key );
-      buffer().commit( putRange( to, low, high ) );
-      first_ = false;
+   // An object in a list, with its first members.
+   template< typename First, typename... Others >
+   void _startJsonListEntry( First const & member, Others const &... others ) {
+      writeMember( '{', member, Following{ others }... );
+   }
+   // A whole object in a list.
+   template< typename First, typename... Others >
+   void _addJsonListEntry( First const & member, Others const &... others ) {
+      writeMember( '{', member, Following{ others }..., '}' );
+   }
+   // A whole object.
+   template< typename Key, typename First, typename... Others >
+   void _addJsonObject( Key const & key, First const & member, Others const &... others ) {
+      writeMember( JsonName{ key }, '{', member, Following{ others }..., '}' );
+   }
+   // A whole list; the elements are given as pointers.
+   template< typename Elements >
+   void _addJsonList( JsonKey const & key, Elements const & elements ) {
+      auto at = elements.begin();
+      auto const end = elements.end();
+      if ( end - at == 1 ) [[likely]] {
+         writeMember( JsonName{ key }, '[', Json{ **at }, ']' );
+         return;
+      }
+      _startJsonList( key );
+      for ( ; at != end; ++at ) {
+         writeMember( Json{ **at } );
+      }
+      endJsonList();
    }
 
    // JSON: tested here.
@@ -160,12 +151,13 @@ public:
    // The root object, and its end with the reply's newline.
    void startJsonRoot() {
       if ( isJson() ) {
-         open( '{' );
+         write( '{' );
+         first_ = true;
       }
    }
    void endJsonRoot() {
       if ( isJson() ) {
-         writeString( "}\n" );
+         write( "}\n" );
       }
    }
    template< typename Key >
@@ -196,106 +188,58 @@ public:
    void endJsonListEntry() { close( '}' ); }
 
 private:
-   // Texts up to this size are copied in words, into a reservation of this size.
-   static constexpr size_t wordsMax = 64;
-   static constexpr size_t rangeRoom = 48;
-
-   void writeSpaces( size_t count );
-
-   template< typename Number >
-   void writeNumber( Number value ) {
-      char * to = buffer().getBuffer( Decimal::digitsMax );
-      using Wide = std::conditional_t< ( sizeof( Number ) > 4 ), uint64_t, uint32_t >;
-      buffer().commit( Decimal::put( to, Wide{ value } ) );
-   }
-
-   // Copies a text of at most wordsMax bytes and returns its end. Whole words are written.
-   static char * copyWords( char * to, Vorn::String const & text ) {
-      char const * from = text.data();
-      size_t const size = text.size();
-      for ( size_t at = 0; at < size; at += Vorn::String::padding ) {
-         std::memcpy( to + at, from + at, Vorn::String::padding );
-      }
-      return to + size;
-   }
-   // The comma rule, without a branch: the byte is written in any case and kept if it is needed.
-   char * comma( char * to ) const {
-      *to = ',';
-      return to + !first_;
-   }
-   static char * putKey( char * to, JsonKey const & key ) {
-      std::memcpy( to, key.text(), JsonKey::room );
-      return to + key.size();
-   }
-   static char * putRange( char * to, uint32_t low, uint32_t high ) {
-      std::memcpy( to, "{\"low\":", 7 );
-      to = Decimal::put( to + 7, low );
-      std::memcpy( to, ",\"high\":", 8 );
-      to = Decimal::put( to + 8, high );
-      *to = '}';
-      return to + 1;
-   }
-
-   void writeMemberName( JsonKey const & key ) {
-      char * to = comma( buffer().getBuffer( JsonKey::room + 1 ) );
-      buffer().commit( key.empty() ? to : putKey( to, key ) );
+   // The comma rule, and the pieces of a member.
+   template< typename... Pieces >
+   [[gnu::always_inline]] void writeMember( Pieces const &... pieces ) {
+      write( Comma{ !first_ }, pieces... );
       first_ = false;
    }
-   void writeMemberName( Vorn::String const & key ) {
-      buffer().commit( comma( buffer().getBuffer( 1 ) ) );
-      if ( !key.empty() ) {
-         writeJsonValue( key );
-         writeString( ":" );
-      }
-      first_ = false;
-   }
-   void writeContainerName( JsonKey const & key ) {
-      char * to = comma( buffer().getBuffer( JsonKey::room + 1 ) );
-      buffer().commit( putKey( to, key ) );
-   }
-   void writeContainerName( Vorn::String const & key ) {
-      buffer().commit( comma( buffer().getBuffer( 1 ) ) );
-      writeJsonValue( key );
-      writeString( ":" );
-   }
 
-   // The shortest digits that read back as the same number.
-   void writeMemberValue( double value ) {
-      char * to = buffer().getBuffer( 32 );
-      buffer().commit( std::to_chars( to, to + 32, value ).ptr );
+   // Pieces that are too long for one reservation, or have something to escape.
+   template< typename... Pieces >
+   [[gnu::noinline, gnu::cold]] void writeApart( Pieces const &... pieces ) {
+      ( writeAlone( pieces ), ... );
    }
-   void writeMemberValue( Vorn::String const & text ) { writeJsonValue( text ); }
-   void writeMemberValue( std::string_view text ) { writeJsonValue( text ); }
-   void writeMemberValue( bool value ) {
-      if ( value ) {
-         writeString( "true" );
+   template< typename Piece >
+   void writeAlone( Piece const & piece ) {
+      buffer().commit( put( buffer().getBuffer( room( piece ) ), piece ) );
+   }
+   void writeAlone( Vorn::String const & text ) { buffer().append( text.view() ); }
+   void writeAlone( std::string_view text ) { buffer().append( text ); }
+   void writeAlone( Spaces spaces );
+   void writeAlone( LineBegin line ) {
+      writeAlone( line.indent );
+      write( line.heading );
+   }
+   void writeAlone( Json< Vorn::String > text ) { writeQuoted( text.value.view() ); }
+   template< typename Key >
+   void writeAlone( JsonName< Key > name ) {
+      if constexpr ( std::is_same_v< Key, JsonKey > ) {
+         write( name );
       } else {
-         writeString( "false" );
+         writeQuoted( name.key.view() );
+         write( ':' );
       }
    }
-   template< std::unsigned_integral Number >
-   void writeMemberValue( Number value ) {
-      writeNumber( value );
+   template< typename Key, typename Value >
+   void writeAlone( JsonMember< Key, Value > const & member ) {
+      writeAlone( JsonName{ member.key } );
+      writeAlone( Json{ member.value } );
    }
-   void writeMemberValue( Pelx::IpGenPrefix const & prefix ) {
-      char * to = buffer().getBuffer( Pelx::IpGenPrefix::printRoom + 2 );
-      *to = '"';
-      to = prefix.printToBuffer( to + 1 );
-      *to = '"';
-      buffer().commit( to + 1 );
+   template< typename Member >
+   void writeAlone( Following< Member > following ) {
+      write( ',' );
+      writeAlone( following.member );
+   }
+   void writeQuoted( std::string_view text ) {
+      write( '"' );
+      appendEscaped( buffer(), text );
+      write( '"' );
    }
 
-   void open( char bracket ) {
-      char * to = buffer().getBuffer( 1 );
-      *to = bracket;
-      buffer().commit( to + 1 );
-      first_ = true;
-   }
    void close( char bracket ) {
       if ( isJson() ) {
-         char * to = buffer().getBuffer( 1 );
-         *to = bracket;
-         buffer().commit( to + 1 );
+         write( bracket );
          first_ = false;
       }
    }

@@ -2,10 +2,10 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/values/PlainText.h"
 #include "TrafficPolicy/platform/vorn/Attribute.h"
 
 #include <cstdint>
-#include <string_view>
 
 namespace PolicyMap {
 
@@ -23,8 +23,8 @@ inline constexpr uint32_t actionTypeMax = 21;
 
 enum class RateUnit : uint8_t { bps, kbps, mbps, gbps, pps };
 
-constexpr std::string_view rateUnitText( RateUnit unit ) {
-   constexpr std::string_view texts[] = { "bps", "kbps", "mbps", "gbps", "pps" };
+inline PlainText const & rateUnitText( RateUnit unit ) {
+   static constexpr PlainText texts[] = { "bps", "kbps", "mbps", "gbps", "pps" };
    return texts[static_cast< uint8_t >( unit )];
 }
 

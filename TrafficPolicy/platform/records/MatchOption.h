@@ -2,9 +2,13 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/values/PlainText.h"
+
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <ostream>
-#include <string_view>
 
 namespace PolicyMap {
 
@@ -12,23 +16,14 @@ namespace PolicyMap {
 enum class ClassMapMatchOption : uint32_t { ipv4 = 0, ipv6 = 1, mac = 2, mpls = 3 };
 
 // The family's name; empty for a value without one.
-constexpr std::string_view matchOptionName( ClassMapMatchOption option ) {
-   switch ( option ) {
-   case ClassMapMatchOption::ipv4:
-      return "ipv4";
-   case ClassMapMatchOption::ipv6:
-      return "ipv6";
-   case ClassMapMatchOption::mac:
-      return "mac";
-   case ClassMapMatchOption::mpls:
-      return "mpls";
-   }
-   return "";
+inline PlainText const & matchOptionName( ClassMapMatchOption option ) {
+   static constexpr PlainText names[] = { "ipv4", "ipv6", "mac", "mpls", "" };
+   return names[std::min< size_t >( static_cast< uint32_t >( option ), std::size( names ) - 1 )];
 }
 
 inline std::ostream & operator<<( std::ostream & out, ClassMapMatchOption option ) {
-   std::string_view const name = matchOptionName( option );
-   return name.empty() ? out << static_cast< uint32_t >( option ) : out << name;
+   PlainText const & name = matchOptionName( option );
+   return name.empty() ? out << static_cast< uint32_t >( option ) : out << name.view();
 }
 
 } // namespace PolicyMap

@@ -1,6 +1,5 @@
 #include "TrafficPolicy/platform/values/IpGenPrefix.h"
 
-#include "TrafficPolicy/platform/values/Decimal.h"
 #include "TrafficPolicy/platform/vorn/Hash.h"
 
 #include <algorithm>
@@ -32,6 +31,7 @@ constexpr auto dottedBytes = [] {
    return table;
 }();
 
+// The digits and the dot.
 char * putDotted( char * to, uint8_t value ) {
    std::memcpy( to, dottedBytes[value].text, 4 );
    return to + 2 + ( value >= 10 ) + ( value >= 100 );
@@ -120,8 +120,8 @@ IpGenPrefix::IpGenPrefix( Ip6Prefix const & prefix )
 char * IpGenPrefix::printToBuffer( char * to ) const {
    to = family_ == Family::ipv4 ? putIp4( to, bytes_.data() )
                                 : v6Prefix().address.printToBuffer( to );
-   *to++ = '/';
-   return Decimal::put( to, uint32_t{ length_ } );
+   *to = '/';
+   return putDotted( to + 1, length_ ) - 1;
 }
 
 uint32_t IpGenPrefix::hash() const {

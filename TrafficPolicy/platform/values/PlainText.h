@@ -1,0 +1,45 @@
+// A short text that is known when the program is built: a keyword, a label, the name of a number.
+
+#pragma once
+
+#include "TrafficPolicy/platform/vorn/Assert.h"
+
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+// Stands in a fixed number of bytes, so that writing it is one copy of known size, and holds
+// nothing that JSON would escape.
+class PlainText {
+public:
+   static constexpr size_t room = 32;
+
+   constexpr PlainText() = default;
+   constexpr PlainText( char const * text )
+      : PlainText( text, "" ) {}
+   // Two texts, one behind the other. Fails an assertion, or does not compile, when they are
+   // longer than the room or have a character to escape.
+   constexpr PlainText( std::string_view text, std::string_view more ) {
+      VORN_ASSERT( text.size() + more.size() <= room );
+      for ( std::string_view const part : { text, more } ) {
+         for ( char const c : part ) {
+            VORN_ASSERT( c >= 0x20 && c < 0x7f && c != '"' && c != '\\' );
+            text_[size_++] = c;
+         }
+      }
+   }
+
+   constexpr bool empty() const { return size_ == 0; }
+   constexpr size_t size() const { return size_; }
+   constexpr std::string_view view() const { return { text_, size_ }; }
+
+   // Copies the text and returns its end. The buffer holds at least room bytes.
+   char * printToBuffer( char * to ) const {
+      std::memcpy( to, text_, room );
+      return to + size_;
+   }
+
+private:
+   char text_[room] = {};
+   unsigned char size_ = 0;
+};
