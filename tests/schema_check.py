@@ -1,12 +1,14 @@
 #!/usr/bin/env python3
-"""Validates the example states and every JSON reply about them against the schemas, and checks that
-the schemas refuse broken ones.
+"""Validates against the schemas: the example states, every JSON reply about them, and those that the
+cases and the README expect. Checks that the schemas refuse broken ones.
 
-Usage: schema_check.py TPCLI SCHEMA_DIR EXAMPLES_DIR...
+Usage: schema_check.py TPCLI SOURCE_DIR
 """
 import itertools
 import json
 import pathlib
+import re
+import shlex
 import subprocess
 import sys
 import tempfile
@@ -15,6 +17,13 @@ import warnings
 warnings.simplefilter("ignore", DeprecationWarning)
 from jsonschema import Draft202012Validator, RefResolver  # noqa: E402
 
+# The schemas of replies. A command's is the first all of whose words it has, too.
+REPLIES = ("show-counters", "show-cpu-errors", "show-interface-errors", "show-cpu", "show-interface")
+# The word behind one of these may be any, even one of a schema's.
+VALUED = ("policy", "--state", "--counter-store", "--trace")
+# A command and what it writes, up to the next one or the end of a block. One that only fails writes
+# no reply.
+STEP = re.compile(r"^\$ (.*)\n(?!\[\d+\] )((?:(?!\$ |```).*\n)*)", re.M)
 OPTIONS = ("summary", "detail", "errors", "counters", "per-interface")
 # Members whose own members are names.
 MAPS = set("""trafficPolicies cpu interfaces l3Interfaces policies rules namedCounters
@@ -37,6 +46,15 @@ def check(holds, failure):
     results[bool(holds)] += 1
     if not holds:
         print("FAILED:", failure)
+
+
+def reply_schema(words):
+    rest, said = iter(words), set()
+    for word in rest:
+        said.add(word)
+        if word in VALUED:
+            next(rest)
+    return next((name for name in REPLIES if said.issuperset(name.split("-"))), None)
 
 
 def mutants(node, seen, place=()):
@@ -114,13 +132,30 @@ class Checker:
         what = " ".join([side, *options])
         reply = self.run(state, store, "--json", "show", "traffic-policy", side, *options)
         check(reply.returncode == 0, f"{what}: status {reply.returncode}")
-        schema = "show-counters" if "counters" in options else \
-            f"show-{side}-errors" if "errors" in options else f"show-{side}"
+        schema = reply_schema(["show", "traffic-policy", side, *options])
         document = json.loads(reply.stdout)
         self.check_valid(schema, document, what)
         for kind, where in mutants(document, self.seen[schema]):
             check(not must_refuse(kind, where) or not self.validators[schema].is_valid(document),
                   f"{schema}: accepts {kind} at /{'/'.join(where)}")
+
+    def check_transcript(self, path):
+        """Returns the number of replies. Commands from a file may print text around theirs."""
+        replies = 0
+        for step, output in STEP.findall(path.read_bytes().decode()):
+            what = f"{path.parent.name}: {step}"
+            step, _, feed = step.partition(" < ")
+            lines = [step, *((path.parent / feed).read_text().splitlines() if feed else [])]
+            asked = [shlex.split(line) for line in lines if re.search(r"--json|\|\W*json", line)]
+            given = [line for line in output.split("\n") if line.startswith("{")]
+            check(len(asked) == len(given), f"{what}: {len(given)} replies to {len(asked)} commands")
+            for words, reply in zip(asked, given):
+                schema = reply_schema(words)
+                check(schema, f"{what}: no schema")
+                if schema:
+                    self.check_valid(schema, json.loads(reply), what)
+            replies += len(given)
+        return replies
 
     def check_example(self, example, folder):
         state, store = folder / "state.json", folder / "store.json"
@@ -135,9 +170,13 @@ class Checker:
         self.check_file("counter-store", store, example, store)
 
 
-def main(program, schema_dir, *example_dirs):
-    checker = Checker(program, pathlib.Path(schema_dir).resolve())
-    examples = [path for folder in example_dirs for path in pathlib.Path(folder).glob("*.json")]
+def main(program, source_dir):
+    source = pathlib.Path(source_dir).resolve()
+    checker = Checker(program, source / "docs/schemas")
+    for transcripts in ("tests/cases/*/expected.txt", "README.md"):
+        replies = sum(checker.check_transcript(path) for path in source.glob(transcripts))
+        check(replies, f"{transcripts}: no replies")
+    examples = list(source.glob("examples/*.json"))
     check(examples, "no examples")
     for example in examples:
         with tempfile.TemporaryDirectory() as folder:
