@@ -23,6 +23,12 @@ constexpr size_t bufferSize = wendo::WendoBuffer::viewCapacity;
    throw std::system_error( errno, std::generic_category(), what );
 }
 
+// Kept like the memory of a view's buffer.
+char * buffer() {
+   static auto const memory = std::make_unique_for_overwrite< char[] >( bufferSize );
+   return memory.get();
+}
+
 // An output stream in RapidJSON's sense. With the two functions below its writer checks for room
 // once a string and not once a character.
 class FdStream {
@@ -40,14 +46,14 @@ public:
    void Flush() {}
 
    void writeOut() {
-      for ( char const * from = memory_.get(); from != at_; ) {
+      for ( char const * from = begin_; from != at_; ) {
          ssize_t const written = ::write( fd_, from, static_cast< size_t >( at_ - from ) );
          if ( written < 0 ) {
             fail( "write" );
          }
          from += written;
       }
-      at_ = memory_.get();
+      at_ = begin_;
    }
 
    void reserve( size_t count ) {
@@ -59,9 +65,9 @@ public:
 
 private:
    int fd_;
-   std::unique_ptr< char[] > memory_ = std::make_unique_for_overwrite< char[] >( bufferSize );
-   char * at_ = memory_.get();
-   char * end_ = at_ + bufferSize;
+   char * begin_ = buffer();
+   char * at_ = begin_;
+   char * end_ = begin_ + bufferSize;
 };
 
 inline void PutReserve( FdStream & stream, size_t count ) {
@@ -260,12 +266,11 @@ private:
 } // namespace
 
 void copyFinished( int fd, std::string_view bytes ) {
-   auto const buffer = std::make_unique_for_overwrite< char[] >( bufferSize );
    while ( !bytes.empty() ) {
       size_t const piece = std::min( bytes.size(), bufferSize );
-      std::memcpy( buffer.get(), bytes.data(), piece );
+      std::memcpy( buffer(), bytes.data(), piece );
       for ( size_t at = 0; at < piece; ) {
-         ssize_t const written = ::write( fd, buffer.get() + at, piece - at );
+         ssize_t const written = ::write( fd, buffer() + at, piece - at );
          if ( written < 0 ) {
             fail( "write" );
          }

@@ -4,6 +4,7 @@
 #include "TrafficPolicy/model/Trace.h"
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
 namespace TrafficPolicyCli {
@@ -214,13 +215,12 @@ void renderPolicyCounters( RendererV2 & renderer, Selection const & selection,
 void renderCounterGranularity( RendererV2 & renderer,
                                TrafficPolicy::CounterGranularity granularity ) {
    static constexpr JsonKey key( "ingressCounterGranularity" );
-   using TrafficPolicy::CounterGranularity;
-   PlainText const text = granularity == CounterGranularity::perPolicy      ? "per-policy"
-                          : granularity == CounterGranularity::perInterface ? "per-interface"
-                                                                            : "";
-   if ( text.empty() ) {
+   static constexpr PlainText names[] = { "", "per-policy", "per-interface" };
+   auto const number = static_cast< size_t >( granularity );
+   if ( number == 0 || number >= std::size( names ) ) {
       return;
    }
+   PlainText const & text = names[number];
    renderer.addJsonKeyValuePair( key, text );
    if ( renderer.isText() ) {
       renderer.write( "Counter granularity: ", text, " ingress\n" );

@@ -17,7 +17,7 @@ public:
    template< typename Collection >
    explicit SortedView( Collection const & collection ) {
       if ( collection.size() == 1 ) [[likely]] {
-         few_[0] = &*collection.begin();
+         few_[0] = &collection.only();
          end_ = begin_ + 1;
       } else {
          sort( collection );

@@ -11,9 +11,10 @@ namespace {
 
 constexpr char hexDigits[] = "0123456789abcdef";
 
-// A byte in decimal with a dot behind it, padded to a word, and the length up to the dot.
+// A byte in decimal with a dot behind it, padded to a word, and the length of that.
 struct DottedByte {
    char text[4];
+   uint8_t size;
 };
 constexpr auto dottedBytes = [] {
    std::array< DottedByte, 256 > table{};
@@ -26,15 +27,17 @@ constexpr auto dottedBytes = [] {
          *to++ = static_cast< char >( '0' + value / 10 % 10 );
       }
       *to++ = static_cast< char >( '0' + value % 10 );
-      *to = '.';
+      *to++ = '.';
+      table[value].size = static_cast< uint8_t >( to - table[value].text );
    }
    return table;
 }();
 
 // The digits and the dot.
 char * putDotted( char * to, uint8_t value ) {
-   std::memcpy( to, dottedBytes[value].text, 4 );
-   return to + 2 + ( value >= 10 ) + ( value >= 100 );
+   DottedByte const & dotted = dottedBytes[value];
+   std::memcpy( to, dotted.text, 4 );
+   return to + dotted.size;
 }
 
 // The four bytes with dots between them; may write up to three bytes more.

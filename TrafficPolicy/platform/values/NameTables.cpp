@@ -11,7 +11,7 @@ namespace {
 
 // IANA "Assigned Internet Protocol Numbers", in lower case, spelt as /etc/protocols has them.
 // Numbers that are unassigned, or reserved without a name, are empty.
-constexpr auto protocolNames = std::to_array< char const * >(
+constexpr auto protocolNames = std::to_array< PlainText >(
    { // 0
      "hopopt", "icmp", "igmp", "ggp", "ipencap", "st", "tcp", "cbt", "egp", "igp",
      // 10
@@ -48,7 +48,7 @@ static_assert( protocolNames.size() == 148 );
 // IANA "Differentiated Services Field Codepoints".
 constexpr struct {
    size_t value;
-   char const * name;
+   PlainText name;
 } dscpNames[] = {
    { 0, "cs0" },   { 1, "le" },    { 8, "cs1" },   { 10, "af11" }, { 12, "af12" },
    { 14, "af13" }, { 16, "cs2" },  { 18, "af21" }, { 20, "af22" }, { 22, "af23" },

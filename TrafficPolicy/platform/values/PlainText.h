@@ -15,10 +15,10 @@ public:
    static constexpr size_t room = 32;
 
    constexpr PlainText() = default;
-   constexpr PlainText( char const * text )
+   consteval PlainText( char const * text )
       : PlainText( text, "" ) {}
-   // Two texts, one behind the other. Fails an assertion, or does not compile, when they are
-   // longer than the room or have a character to escape.
+   // Two texts, one behind the other. Does not compile when they are longer than the room or have a
+   // character to escape.
    constexpr PlainText( std::string_view text, std::string_view more ) {
       VORN_ASSERT( text.size() + more.size() <= room );
       for ( std::string_view const part : { text, more } ) {

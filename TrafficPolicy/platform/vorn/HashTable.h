@@ -94,6 +94,12 @@ public:
    bool empty() const { return size() == 0; }
    explicit operator bool() const { return !empty(); }
 
+   // The entry of a table that has one and no other.
+   Entry const & only() const {
+      VORN_ASSERT( size() == 1 );
+      return entry( liveFrom( 0 ) );
+   }
+
    Iterator begin() const { return iterator( block_ ? liveFrom( 0 ) : 0 ); }
    Iterator end() const { return iterator( block_ ? block_->used : 0 ); }
 

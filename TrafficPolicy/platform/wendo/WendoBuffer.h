@@ -4,14 +4,32 @@
 
 #include "TrafficPolicy/platform/wendo/PrintBuffer.h"
 
-#include <memory>
+#include <cstddef>
 
 namespace wendo {
+
+// The memory of a buffer. That of a view's buffer is kept for the next one.
+class BufferMemory {
+public:
+   BufferMemory( BufferMemory const & ) = delete;
+   BufferMemory & operator=( BufferMemory const & ) = delete;
+
+protected:
+   explicit BufferMemory( size_t capacity );
+   ~BufferMemory();
+   char * begin() const { return begin_; }
+
+private:
+   char * begin_;
+   bool isView_;
+};
 
 // Short writes and EINTR are continued, a descriptor that would block is waited for. An interrupt
 // that the user asked for surfaces as SigIntException at the next fill, flush or wait; any other
 // error surfaces as std::system_error, once: after it nothing more is written.
-class WendoBuffer : public PrintBuffer {
+class WendoBuffer
+   : private BufferMemory
+   , public PrintBuffer {
 public:
    // Every view's buffer has this capacity.
    static constexpr size_t viewCapacity = 1'048'576;
@@ -28,10 +46,8 @@ protected:
    void makeRoom() override;
 
 private:
-   WendoBuffer( int fd, std::unique_ptr< char[] > memory, size_t capacity, bool flushAtEnd );
    void writeOut();
 
-   std::unique_ptr< char[] > memory_;
    int fd_;
    bool flushAtEnd_;
    bool failed_ = false;
