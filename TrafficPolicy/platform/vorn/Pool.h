@@ -20,4 +20,23 @@ void * allocate( size_t bytes );
 // Takes back a block of allocate(), with the size that was asked for.
 void release( void * block, size_t bytes ) noexcept;
 
+// The pool as a container's allocator.
+template< typename T >
+struct Allocator {
+   using value_type = T;
+
+   Allocator() = default;
+   template< typename U >
+   constexpr Allocator( Allocator< U > const & ) noexcept {}
+
+   T * allocate( size_t count ) {
+      static_assert( alignof( T ) <= alignment );
+      return static_cast< T * >( Pool::allocate( count * sizeof( T ) ) );
+   }
+   void deallocate( T * block, size_t count ) noexcept {
+      Pool::release( block, count * sizeof( T ) );
+   }
+   friend bool operator==( Allocator const &, Allocator const & ) { return true; }
+};
+
 } // namespace Vorn::Pool

@@ -6,6 +6,8 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/vorn/Pool.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <utility>
@@ -70,7 +72,7 @@ private:
                                []( Entry const & a, Key const & b ) { return a.key < b; } );
    }
 
-   std::vector< Entry > entries_;
+   std::vector< Entry, Pool::Allocator< Entry > > entries_;
 };
 
 } // namespace Vorn
