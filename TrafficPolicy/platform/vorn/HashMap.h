@@ -33,31 +33,37 @@ public:
    using ValueType = Value;
 
    // Finds keys that come in about the map's own order without hashing them: a search begins at the
-   // entry behind the last one found. Must not outlive the map.
+   // entry behind the last one found. For a map that does not change while the cursor is there.
    class Cursor {
    public:
       explicit Cursor( HashMap const & map )
-         : map_( &map ) {}
+         : map_( map )
+         , entries_( map.dense() ) {}
       // The key's value, or null.
       template< typename Lookup >
       Value const * find( Lookup const & key ) {
-         uint32_t const at = map_->positionNear( key, last_ );
+         if ( next_ < entries_.size() && entries_[next_].key == key ) {
+            return &entries_[next_++].value;
+         }
+         uint32_t const at = map_.position( key );
          if ( at == Table::none ) {
             return nullptr;
          }
-         last_ = at;
-         return &map_->entry( at ).value;
+         next_ = at + 1;
+         return &map_.entry( at ).value;
       }
 
-      // The value that stands so many entries behind the last one found, or null.
+      // The value that stands so many entries behind the last one found, or null. Null for a map
+      // from which entries were deleted.
       Value const * ahead( uint32_t distance ) const {
-         auto const * entry = map_->entryAt( last_ + distance );
-         return entry ? &entry->value : nullptr;
+         size_t const at = size_t{ next_ } - 1 + distance;
+         return at < entries_.size() ? &entries_[at].value : nullptr;
       }
 
    private:
-      HashMap const * map_;
-      uint32_t last_ = Table::none;
+      HashMap const & map_;
+      std::span< HashMapEntry< Key, Value > const > entries_;
+      uint32_t next_ = 0;
    };
 
    // The key's value, or null.

@@ -24,6 +24,7 @@
 #include <iterator>
 #include <memory>
 #include <new>
+#include <span>
 #include <utility>
 
 namespace Vorn {
@@ -177,17 +178,6 @@ protected:
       return none;
    }
 
-   // As position(), for callers that ask for keys in about the order in which they were inserted:
-   // first tries the entry behind the last one found.
-   template< typename Lookup >
-   uint32_t positionNear( Lookup const & key, uint32_t last ) const {
-      uint32_t const next = last + 1;
-      if ( block_ && next < block_->used && isLive( next ) && KeyOf()( entry( next ) ) == key ) {
-         return next;
-      }
-      return position( key );
-   }
-
    // Appends an entry whose key is not in the table.
    template< typename... Arguments >
    Entry & append( Arguments &&... arguments ) {
@@ -207,9 +197,12 @@ protected:
    }
 
    Entry const & entry( uint32_t at ) const { return entries( block_ )[at]; }
-   // The live entry at the position, or null.
-   Entry const * entryAt( uint32_t at ) const {
-      return block_ && at < block_->used && isLive( at ) ? &entry( at ) : nullptr;
+   // All entries, as an array that the next change of the table invalidates; empty when some of
+   // them are deleted.
+   std::span< Entry const > dense() const {
+      return block_ && block_->live == block_->used
+                ? std::span< Entry const >( entries( block_ ), block_->used )
+                : std::span< Entry const >();
    }
    Entry & entry( uint32_t at ) { return entries( block_ )[at]; }
    Iterator iterator( uint32_t at ) const {
