@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/values/PlainText.h"
 #include "TrafficPolicy/platform/vorn/Assert.h"
 
 #include <cstddef>
@@ -12,7 +13,7 @@ namespace wendo {
 // Holds `"name":` in a fixed number of bytes, so that writing it is one copy of known size.
 class JsonKey {
 public:
-   static constexpr size_t room = 32;
+   static constexpr size_t room = PlainText::room;
 
    // A name without anything to escape; an empty one stands for a bare list element.
    constexpr explicit JsonKey( std::string_view name )

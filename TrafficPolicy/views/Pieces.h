@@ -221,8 +221,7 @@ constexpr size_t room( JsonName< JsonKey > ) {
    return JsonKey::room;
 }
 inline char * put( char * to, JsonName< JsonKey > name ) {
-   std::memcpy( to, name.key.text(), JsonKey::room );
-   return to + name.key.size();
+   return PlainText::copyBlock( to, name.key.text(), name.key.size() );
 }
 inline size_t room( JsonName< Vorn::String > name ) {
    return room( Json{ name.key } ) + 1;

@@ -34,9 +34,21 @@ public:
    constexpr std::string_view view() const { return { text_, size_ }; }
 
    // Copies the text and returns its end. The buffer holds at least room bytes.
-   char * printToBuffer( char * to ) const {
-      std::memcpy( to, text_, room );
-      return to + size_;
+   char * printToBuffer( char * to ) const { return copyBlock( to, text_, size_ ); }
+
+   // Copies a text of at most this room from where so much can be read, and returns its end. Of a
+   // text that the compiler knows it makes stores of constants.
+   static char * copyBlock( char * to, char const * text, size_t size ) {
+      constexpr size_t half = room / 2;
+      if ( __builtin_constant_p( size ) ) {
+         std::memcpy( to, text, size );
+      } else {
+         std::memcpy( to, text, half );
+         if ( size > half ) {
+            std::memcpy( to + half, text + half, half );
+         }
+      }
+      return to + size;
    }
 
 private:
