@@ -206,7 +206,8 @@ bool JsonValue::null() {
    if ( type() != json_type::null ) {
       return false;
    }
-   if ( !value_.is_null() ) {
+   bool spelt = false;
+   if ( value_.is_null().get( spelt ) || !spelt ) {
       failSyntax( *source_, simdjson::N_ATOM_ERROR );
    }
    return true;

@@ -9,15 +9,15 @@ namespace {
 using PolicyMap::PacketAndByte;
 using Count = uint64_t PacketAndByte::*;
 
-// The snapshot that applies to the counter's incarnation, or null.
+// The snapshot that applies to the counter's incarnation, or null; null without a store.
 TrafficPolicy::NamedCounterVersion const *
-applicableSnapshot( TrafficPolicy::Counter const & counter,
+applicableSnapshot( Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
                     PolicyMap::PacketDataStatus const & status, Vorn::String const & policyName ) {
-   if ( counter.namedSnapshot().empty() ) {
+   if ( !counter || counter->namedSnapshot().empty() ) {
       return nullptr;
    }
    auto const * snapshot =
-      counter.namedSnapshot( TrafficPolicy::NamedCounterKey{ { policyName, status.name() } } );
+      counter->namedSnapshot( TrafficPolicy::NamedCounterKey{ { policyName, status.name() } } );
    return snapshot && snapshot->uniqueId() == status.uniqueId() ? snapshot : nullptr;
 }
 
@@ -31,7 +31,7 @@ uint64_t since( uint64_t snapshot, uint64_t current, Report const & report ) {
    return current - snapshot;
 }
 
-uint64_t namedCount( TrafficPolicy::Counter const & counter,
+uint64_t namedCount( Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
                      PolicyMap::PacketDataStatus const & status, Vorn::String const & policyName,
                      Count count, char const * function ) {
    uint64_t const current = status.total().*count;
@@ -45,7 +45,7 @@ uint64_t namedCount( TrafficPolicy::Counter const & counter,
    } );
 }
 
-uint64_t interfaceCount( TrafficPolicy::Counter const & counter,
+uint64_t interfaceCount( Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
                          PolicyMap::PacketDataStatus const & status,
                          Vorn::String const & policyName, Pelx::IntfId const & intf, Count count,
                          char const * function ) {
@@ -102,20 +102,20 @@ uint64_t getRulePacketCount( Vorn::Ptr< PolicyMap::ClassMapStatus const > const 
 uint64_t getNamedPacketCount( Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
                               Vorn::Ptr< PolicyMap::PacketDataStatus const > const & counterStatus,
                               Vorn::String const & policyName ) {
-   return namedCount( *counter, *counterStatus, policyName, &PacketAndByte::packets, __func__ );
+   return namedCount( counter, *counterStatus, policyName, &PacketAndByte::packets, __func__ );
 }
 
 uint64_t getNamedByteCount( Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
                             Vorn::Ptr< PolicyMap::PacketDataStatus const > const & counterStatus,
                             Vorn::String const & policyName ) {
-   return namedCount( *counter, *counterStatus, policyName, &PacketAndByte::bytes, __func__ );
+   return namedCount( counter, *counterStatus, policyName, &PacketAndByte::bytes, __func__ );
 }
 
 uint64_t
 getInterfacePacketCount( Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
                          Vorn::Ptr< PolicyMap::PacketDataStatus const > const & counterStatus,
                          Vorn::String const & policyName, Pelx::IntfId const & intf ) {
-   return interfaceCount( *counter, *counterStatus, policyName, intf, &PacketAndByte::packets,
+   return interfaceCount( counter, *counterStatus, policyName, intf, &PacketAndByte::packets,
                           __func__ );
 }
 
@@ -123,7 +123,7 @@ uint64_t
 getInterfaceByteCount( Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
                        Vorn::Ptr< PolicyMap::PacketDataStatus const > const & counterStatus,
                        Vorn::String const & policyName, Pelx::IntfId const & intf ) {
-   return interfaceCount( *counter, *counterStatus, policyName, intf, &PacketAndByte::bytes,
+   return interfaceCount( counter, *counterStatus, policyName, intf, &PacketAndByte::bytes,
                           __func__ );
 }
 

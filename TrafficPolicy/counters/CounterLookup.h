@@ -2,7 +2,8 @@
 //
 // Hardware counters are never reset: a clear stores their values as snapshots, and a count is what
 // the hardware says less the snapshot. A snapshot applies only to the incarnation of the counter
-// that it was taken of; a value that went backwards reads as 0. Nothing here writes.
+// that it was taken of; a value that went backwards reads as 0. Without a store every count is the
+// hardware's. Nothing here writes.
 
 #pragma once
 
@@ -14,7 +15,6 @@ namespace TrafficPolicyCli {
 // order is right. Must not outlive the store.
 class RuleSnapshots {
 public:
-   // Without a store every count is the hardware's.
    RuleSnapshots( TrafficPolicy::Counter const * counter, Vorn::String const & policyName );
 
    // Packets that hit the rule.

@@ -9,6 +9,8 @@
 #include "TrafficPolicy/views/PolicyViewLabels.h"
 #include "TrafficPolicy/views/Reply.h"
 
+#include <span>
+
 namespace TrafficPolicyCli {
 
 namespace {
@@ -124,33 +126,45 @@ void renderRuleSummary( RendererV2 & renderer, Vorn::String const & ruleName,
    }
 }
 
+// The rules of a policy, in order.
+struct Rules {
+   explicit Rules( PolicyState const & state )
+      : matches( state.classMapConfig().slots().first( state.ruleCount() ) )
+      , statuses( state.classMapStatus().slots().first( state.ruleCount() ) ) {}
+
+   std::span< Vorn::Ptr< PolicyMap::ClassMapMatch const > const > matches;
+   std::span< Vorn::Ptr< PolicyMap::ClassMapStatus const > const > statuses;
+};
+
 // Asks for the status of rules to come and for the name that hangs under it: they stand in memory
 // apart from the match conditions, which the processor fetches by itself while they are walked in
 // order. A summary skips those, so that there the next match is asked for too.
-void prefetchRule( PolicyState const & state, unsigned rule ) {
-   constexpr unsigned far = 6; // rules
-   constexpr unsigned near = 3;
-   __builtin_prefetch( state.classMapStatus( rule + far ).get() );
-   if ( state.summary() ) {
-      __builtin_prefetch( state.classMapConfig( rule + far ).get() );
-   }
-   if ( auto const & status = state.classMapStatus( rule + near ) ) {
-      __builtin_prefetch( status->name().data() );
+void prefetchRule( Rules const & rules, size_t rule, bool summary ) {
+   constexpr size_t far = 6; // rules
+   constexpr size_t near = 3;
+   if ( rule + far < rules.statuses.size() ) {
+      __builtin_prefetch( rules.statuses[rule + far].get() );
+      if ( summary ) {
+         __builtin_prefetch( rules.matches[rule + far].get() );
+      }
+      __builtin_prefetch( rules.statuses[rule + near]->name().data() );
    }
 }
 
 void renderRules( RendererV2 & renderer, PolicyState const & state, bool countersPerInterface,
                   char const * ruleFunction ) {
-   static constexpr JsonKey rules( "rules" );
+   static constexpr JsonKey rulesKey( "rules" );
    unsigned const detailIndent = state.indentCountPerLevel() + 6;
+   bool const summary = state.summary();
+   Rules const rules( state );
    ActionWriter actions( renderer, state, countersPerInterface );
-   renderer.startJsonList( rules );
-   for ( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
-      prefetchRule( state, rule );
-      PolicyMap::ClassMapMatch const & match = *state.classMapConfig( rule );
-      PolicyMap::ClassMapStatus const & status = *state.classMapStatus( rule );
+   renderer.startJsonList( rulesKey );
+   for ( size_t rule = 0; rule < rules.matches.size(); ++rule ) {
+      prefetchRule( rules, rule, summary );
+      PolicyMap::ClassMapMatch const & match = *rules.matches[rule];
+      PolicyMap::ClassMapStatus const & status = *rules.statuses[rule];
       renderRuleSummary( renderer, status.name(), match.matchOption() );
-      if ( !state.summary() ) {
+      if ( !summary ) {
          trace.write( 8, { "Rendering detailed view of the rule ", ruleFunction }, status.name() );
          renderMatches( renderer, state, match, detailIndent );
          actions.renderActions( status.name(), status, detailIndent );

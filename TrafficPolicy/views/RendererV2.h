@@ -15,6 +15,7 @@
 #include "TrafficPolicy/views/Pieces.h"
 
 #include <algorithm>
+#include <concepts>
 #include <string_view>
 #include <type_traits>
 
@@ -201,6 +202,7 @@ private:
       ( writeAlone( pieces ), ... );
    }
    template< typename Piece >
+      requires( std::is_array_v< Piece > || !std::convertible_to< Piece, std::string_view > )
    void writeAlone( Piece const & piece ) {
       buffer().commit( put( buffer().getBuffer( room( piece ) ), piece ) );
    }

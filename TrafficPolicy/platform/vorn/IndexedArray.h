@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <span>
 #include <vector>
 
 namespace Vorn {
@@ -67,6 +68,7 @@ public:
    };
 
    // The slots in use, empty ones below the last included.
+   std::span< Value const > slots() const { return slots_; }
    size_t size() const { return slots_.size(); }
    bool empty() const { return slots_.empty(); }
 
