@@ -192,6 +192,10 @@ TEST( Renderer, EscapesForJson ) {
       { "\xed\xa0\x80", "???" },      // a surrogate
       { "\xf4\x90\x80\x80", "????" }, // above the last code point
       { "\xf5\xff\xfe", "???" },      // bytes that no text has
+      { "\xf5\x80\x80\x80\xc1\x80", "??????" },
+      { "\xe0\x80\x80\xf0\x80\x80\x80", "???????" },
+      { "\xc2\x80 \xe0\xa0\x80 \xf0\x90\x80\x80", "\xc2\x80 \xe0\xa0\x80 \xf0\x90\x80\x80" },
+      { "\xdf\xbf \xef\xbf\xbf", "\xdf\xbf \xef\xbf\xbf" },
       { "\xf0\x9f\x98z", "???z" },
    };
    for ( auto const & [text, wanted] : cases ) {

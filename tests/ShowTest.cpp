@@ -3,6 +3,7 @@
 #include "TrafficPolicy/TrafficPolicyShowCliHelper.h"
 #include "TrafficPolicy/counters/CounterLookup.h"
 #include "TrafficPolicy/views/CliLabel.h"
+#include "tests/Support.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -87,16 +88,8 @@ protected:
       return create< Show >( config, status, store, Vorn::String(), false, errors, detail, counters,
                              true, vrfs, allVrfs, l3Interfaces );
    }
-   // What the show object writes to the descriptor.
    static std::string reply( ShowTrafficPolicyBase & show, unsigned format = 1 ) {
-      int const fd = ::open( "/tmp", O_TMPFILE | O_RDWR, 0600 );
-      EXPECT_GE( fd, 0 );
-      show.render( static_cast< unsigned >( fd ), format, 1 );
-      std::string text( static_cast< size_t >( ::lseek( fd, 0, SEEK_END ) ), ' ' );
-      EXPECT_EQ( ::pread( fd, text.data(), text.size(), 0 ),
-                 static_cast< ssize_t >( text.size() ) );
-      ::close( fd );
-      return text;
+      return test::reply( show, format );
    }
 
    Ptr< TrafficPolicy::TrafficPolicyConfig > config =
@@ -366,6 +359,11 @@ TEST_F( ShowTest, ClearKeepsSnapshotsOfTheSameCounter ) {
    addRule( "R" );
    clear( counterWith( 2, 5 ), true );
    EXPECT_EQ( store->snapshot().size(), 1u );
+   policyStatus->cmapDel( "R" );
+   addRule( "S" );
+   clear( counterWith( 2, 5 ), true );
+   EXPECT_EQ( store->snapshot().size(), 1u );
+   EXPECT_TRUE( store->snapshot( { { "P", "S" } } ) );
    status->policyMapStatusDelAll();
    trafficPolicyCounterFactory( status, store )->clearCounter();
    EXPECT_TRUE( store->snapshot().empty() );

@@ -1,0 +1,154 @@
+// State files: texts that say the same in other bytes, and texts that are broken anywhere.
+
+#include "TrafficPolicy/TrafficPolicyShowCliHelper.h"
+#include "cli/Errors.h"
+#include "cli/State.h"
+#include "tests/Support.h"
+
+#include <gmock/gmock.h>
+#include <rapidjson/reader.h>
+
+namespace {
+
+constexpr std::string_view stateText = R"({"config":{"trafficPolicies":{"P":{"namedCounters":["a",
+"b c"],"rules":[{"name":"first rule","match":{"ipv4":{"sources":["10.0.0.0/8","192.0.2.1/32"],
+"destinationPrefixSets":["set"],"protocols":[{"protocol":6,"sourcePorts":[[1,2],3],"tcpFlags":[
+"established"]},{"protocol":[7,9]}],"dscp":[46],"fragment":{"type":"offset","offsets":[1]},
+"neighborProtocol":"bgp","ipOptions":true}},"actions":{"count":"a","drop":true,"log":false,"police":
+{"rate":18446744073709551615,"unit":"kbps"}}},{"name":"second","sequence":7,"match":{"ipv6":null},
+"actions":{"setDscp":0,"count":true}}]},"nothing":null},"cpu":{"default":"P"},"interfaces":{"Et1":"P",
+"Et2":"nothing"}},"status":{"byteCounters":true,"perInterfaceCounting":true,"vrfs":["default"],
+"ingressCounterGranularity":"per-policy","l3Interfaces":{"Et1":"default","Et2":null},"policies":{"P":{
+"rules":{"second":{"families":["ipv6"],"packets":12},"first rule":{"families":["ipv4"],"counterId":1}},
+"namedCounters":{"a":{"packets":1,"bytes":2,"interfaces":{"Et1":{"packets":1}}}},"interfaces":{"Et1":{
+"ipv4":{"status":"failed","error":"no room"},"ipv6":{"status":3}}}}}}})";
+
+class StateText : public testing::Test {
+protected:
+   tpcli::State read( std::string_view text ) {
+      test::writeFile( path_, text );
+      return tpcli::readState( path_ );
+   }
+   // The error that the text is refused with; empty when it is read.
+   std::string error( std::string_view text ) {
+      try {
+         read( text );
+      } catch ( tpcli::FileError const & error ) {
+         return error.what();
+      }
+      return "";
+   }
+   // All that is shown of the state.
+   static std::string shown( tpcli::State const & s ) {
+      using namespace TrafficPolicyCli;
+      std::string all;
+      for ( unsigned view = 0; view < 3; ++view ) {
+         all += test::reply( *showTrafficPolicyCpuFactory(
+                                s.config, s.status, Vorn::create< TrafficPolicy::Counter >(), "",
+                                false, view == 1, false, view == 2, true, s.vrfConfig,
+                                s.allVrfConfig, s.l3IntfStatusDir ),
+                             2 );
+         all +=
+            test::reply( *showTrafficPolicyInterfaceFactory(
+                            s.config, s.status, Vorn::create< TrafficPolicy::Counter >(), "", false,
+                            view == 1, false, view == 2, true, s.intfConfig, s.policyParamStatus ),
+                         2 );
+      }
+      return all;
+   }
+
+   std::string path() const { return path_; }
+   test::Random random_{ 5 };
+
+private:
+   test::TemporaryFolder folder_;
+   std::string path_ = folder_.file( "state" );
+};
+
+// White space between the tokens, and characters of strings in their escaped form.
+TEST_F( StateText, IsReadWhateverItsForm ) {
+   std::string const wanted = shown( read( stateText ) );
+   EXPECT_THAT( wanted, testing::HasSubstr( "\"packetTotal\":12" ) );
+   for ( unsigned i = 0; i < 300; ++i ) {
+      std::string text;
+      bool inString = false;
+      unsigned const often = 1 + random_.below( 60 );
+      for ( char const c : stateText ) {
+         inString ^= c == '"';
+         if ( inString && c != '"' && c != '\n' && random_.oneIn( often ) ) {
+            char escape[8];
+            std::snprintf( escape, sizeof escape, random_.oneIn( 2 ) ? "\\u%04x" : "\\u%04X", c );
+            text += escape;
+            continue;
+         }
+         text += c;
+         if ( !inString && std::string_view( "{}[],:\"" ).find( c ) != std::string_view::npos
+              && random_.oneIn( often ) ) {
+            text.append( random_.below( 70 ), " \n\t\r"[random_.below( 4 )] );
+         }
+      }
+      ASSERT_EQ( shown( read( text ) ), wanted ) << text;
+   }
+}
+
+bool isJson( std::string const & text ) {
+   rapidjson::StringStream stream( text.c_str() );
+   rapidjson::BaseReaderHandler<> ignore;
+   rapidjson::Reader reader;
+   constexpr unsigned flags =
+      rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
+   return !reader.Parse< flags >( stream, ignore ).IsError()
+          && text.find( '\0' ) == std::string::npos;
+}
+
+// Changes of a byte or of a few, most of them where the text's structure is.
+std::string broken( test::Random & random ) {
+   static constexpr std::string_view bytes = "{}[],:\"\\ 0123456789-.eEtrufalsn\n\x01\x80\xc3\xff";
+   std::string text( stateText );
+   for ( unsigned left = 1 + random.below( 3 ); left > 0; --left ) {
+      auto const size = static_cast< unsigned >( text.size() );
+      size_t at = random.below( size );
+      at =
+         random.oneIn( 4 ) ? at : std::min( text.find_first_of( "{}[],:\"", at ), text.size() - 1 );
+      char const byte = bytes[random.below( static_cast< unsigned >( bytes.size() ) )];
+      switch ( random.below( 5 ) ) {
+      case 0:
+         text.erase( at, 1 + random.below( 3 ) );
+         break;
+      case 1:
+         text.insert( at, 1, byte );
+         break;
+      case 2:
+         text[at] = byte;
+         break;
+      case 3:
+         text.insert( at, text.substr( random.below( size ), random.below( 30 ) ) );
+         break;
+      default:
+         text.resize( random.oneIn( 10 ) ? at : size );
+         text += random.oneIn( 20 ) ? std::string( 1, byte ) : "";
+      }
+      if ( text.empty() ) {
+         break;
+      }
+   }
+   return text;
+}
+
+TEST_F( StateText, IsRefusedWhereverItIsBroken ) {
+   unsigned refused = 0;
+   unsigned valid = 0;
+   for ( unsigned i = 0; i < 10'000; ++i ) {
+      std::string const text = broken( random_ );
+      std::string const message = error( text );
+      valid += isJson( text );
+      refused += !message.empty();
+      ASSERT_TRUE( message.empty() || message.starts_with( path() + ": " ) ) << message;
+      ASSERT_EQ( message.find( '\n' ), message.npos ) << message;
+      ASSERT_TRUE( !message.empty() || isJson( text ) ) << text;
+   }
+   EXPECT_GT( refused, 7000u );
+   EXPECT_GT( valid, 300u );
+}
+
+} // namespace
