@@ -148,14 +148,13 @@ private:
       if ( value.length == 0 ) {
          return;
       }
-      char text[20];
-      char * end = std::end( text );
+      char text[24];
       char * to = text;
       for ( int shift = 24; shift >= 0; shift -= 8 ) {
-         to = std::to_chars( to, end, value.address >> shift & 0xff ).ptr;
+         to = std::to_chars( to, to + 3, value.address >> shift & 0xff ).ptr;
          *to++ = shift != 0 ? '.' : '/';
       }
-      to = std::to_chars( to, end, value.length ).ptr;
+      to = std::to_chars( to, to + 3, value.length ).ptr;
       json_.Key( key );
       json_.StartArray();
       json_.String( text, static_cast< rapidjson::SizeType >( to - text ) );
