@@ -83,8 +83,12 @@ uint64_t RuleSnapshots::packets( PolicyMap::ClassMapStatus const & classStatus )
       return current;
    }
    key_.name = classStatus.name();
-   auto const * snapshot = snapshots_.find( key_ );
-   if ( !snapshot || !( snapshot->uniqueId == classStatus.uniqueId() ) ) {
+   auto const * snapshot = snapshots_.find( key_, distance_ );
+   if ( !snapshot ) {
+      return current;
+   }
+   distance_ = 0;
+   if ( !( snapshot->uniqueId == classStatus.uniqueId() ) ) {
       return current;
    }
    return since( snapshot->packets, current, [&] {

@@ -11,12 +11,14 @@
 
 namespace TrafficPolicyCli {
 
-// The rule counts of one policy. Rules are expected in about the order of their snapshots; any
-// order is right. Must not outlive the store.
+// The rule counts of one policy. Rules are expected in about the order of their snapshots, none of
+// them left out; any order is right. Must not outlive the store.
 class RuleSnapshots {
 public:
    RuleSnapshots( TrafficPolicy::Counter const * counter, Vorn::String const & policyName );
 
+   // Before each rule, whether its count is asked for or not.
+   void nextRule() { ++distance_; }
    // Packets that hit the rule.
    uint64_t packets( PolicyMap::ClassMapStatus const & classStatus );
 
@@ -26,6 +28,7 @@ private:
    bool none_;
    Snapshots::Cursor snapshots_;
    TrafficPolicy::CounterKey key_;
+   uint32_t distance_ = 0; // rules since the last one whose snapshot was found
 };
 
 uint64_t getRulePacketCount( Vorn::Ptr< PolicyMap::ClassMapStatus const > const & classStatus,

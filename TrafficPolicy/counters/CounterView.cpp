@@ -175,6 +175,7 @@ void renderUnnamedCounters( RendererV2 & renderer, PolicyState const & state, Us
    RuleSnapshots snapshots( state.counter().get(), state.name() );
    renderer.startJsonObject( unnamedCounters );
    for ( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
+      snapshots.nextRule();
       if ( !uses.unnamed[rule] ) {
          continue;
       }

@@ -3,6 +3,7 @@
 #include "TrafficPolicy/platform/vorn/Clock.h"
 #include "TrafficPolicy/platform/vorn/Describe.h"
 
+#include <optional>
 #include <vector>
 
 namespace TrafficPolicyCli {
@@ -17,29 +18,66 @@ using TrafficPolicy::CounterKey;
 using TrafficPolicy::NamedCounterKey;
 using TrafficPolicy::NamedCounterVersion;
 
-// The policy's status, or null when the policy is gone. Remembers the last one: snapshots of a
-// policy stand together.
-class PolicyLookup {
+using Classes = Vorn::HashMap< Vorn::String, Vorn::Ptr< PolicyMap::ClassMapStatus const > >;
+
+// Which rules and counters there still are. Remembers the last policy, and where in it the last
+// rule stands: snapshots of a policy stand together, and mostly in the order of its rules.
+class Survivors {
 public:
-   explicit PolicyLookup( PolicyMap::PolicyMapTypeStatus const & status )
+   explicit Survivors( PolicyMap::PolicyMapTypeStatus const & status )
       : status_( status ) {}
 
-   PolicyMapStatus const * find( Vorn::String const & name ) {
+   bool has( CounterKey const & key ) {
+      return policy( key.policyName ) && classes_->find( key.name );
+   }
+   // The counter's status, or null.
+   PacketDataStatus const * find( NamedCounterKey const & key ) {
+      PolicyMapStatus const * status = policy( key.policyName );
+      auto const * counterStatus = status ? status->counterStatus( key.name ) : nullptr;
+      return counterStatus ? counterStatus->get() : nullptr;
+   }
+
+private:
+   // The policy's status, or null.
+   PolicyMapStatus const * policy( Vorn::String const & name ) {
       if ( !asked_ || !name.same( name_ ) ) {
          auto const * policy = status_.policyMapStatus( name );
          found_ = policy ? policy->get() : nullptr;
+         if ( found_ ) {
+            classes_.emplace( found_->cmap() );
+         }
          name_ = name;
          asked_ = true;
       }
       return found_;
    }
 
-private:
    PolicyMap::PolicyMapTypeStatus const & status_;
    Vorn::String name_;
    PolicyMapStatus const * found_ = nullptr;
+   std::optional< Classes::Cursor > classes_;
    bool asked_ = false;
 };
+
+// Asks for the status of rules to come, for their names, and for the place where a search for their
+// snapshots begins.
+void prefetchSnapshots( Classes::Cursor const & classes, Vorn::String const & policyName,
+                        TrafficPolicy::Counter const & store ) {
+   constexpr uint32_t far = 24; // rules
+   constexpr uint32_t middle = 16;
+   constexpr uint32_t near = 8;
+   auto const statusAhead = [&]( uint32_t distance ) {
+      auto const * entry = classes.ahead( distance );
+      return entry ? entry->get() : nullptr;
+   };
+   __builtin_prefetch( statusAhead( far ) );
+   if ( auto const * classStatus = statusAhead( middle ) ) {
+      __builtin_prefetch( classStatus->name().data() );
+   }
+   if ( auto const * classStatus = statusAhead( near ) ) {
+      store.snapshot().prefetch( CounterKey{ { policyName, classStatus->name() } } );
+   }
+}
 
 } // namespace
 
@@ -82,18 +120,20 @@ void TrafficPolicyCounter::snapshotInterfaces( NamedCounterVersion & snapshot,
 
 void TrafficPolicyCounter::snapshotRules( PolicyMapStatus const & policy ) {
    counter()->snapshotReserve( policy.cmap().size() );
+   Classes::Cursor classes( policy.cmap() );
    for ( auto const & [name, classStatus] : policy.cmap() ) {
+      classes.find( name );
+      prefetchSnapshots( classes, policy.name(), *counter() );
       counter()->snapshotIs( CounterKey{ { policy.name(), name } },
                              { classStatus->uniqueId(), classStatus->packetCount() } );
    }
 }
 
 void TrafficPolicyCounter::removeStaleRules() {
-   PolicyLookup policies( *status() );
+   Survivors survivors( *status() );
    std::vector< CounterKey > stale;
    for ( auto const & [key, snapshot] : counter()->snapshot() ) {
-      PolicyMapStatus const * policy = policies.find( key.policyName );
-      if ( !policy || !policy->cmap( key.name ) ) {
+      if ( !survivors.has( key ) ) {
          stale.push_back( key );
       }
    }
@@ -103,18 +143,17 @@ void TrafficPolicyCounter::removeStaleRules() {
 }
 
 void TrafficPolicyCounter::removeStaleNamedCounters() {
-   PolicyLookup policies( *status() );
+   Survivors survivors( *status() );
    std::vector< NamedCounterKey > stale;
    for ( auto const & [key, snapshot] : counter()->namedSnapshot() ) {
-      PolicyMapStatus const * policy = policies.find( key.policyName );
-      auto const * counterStatus = policy ? policy->counterStatus( key.name ) : nullptr;
+      PacketDataStatus const * counterStatus = survivors.find( key );
       if ( !counterStatus ) {
          stale.push_back( key );
          continue;
       }
       std::vector< Pelx::IntfId > gone;
       for ( auto const & [intf, data] : snapshot->perIntfCount() ) {
-         if ( !( *counterStatus )->intfCountData( intf ) ) {
+         if ( !counterStatus->intfCountData( intf ) ) {
             gone.push_back( intf );
          }
       }

@@ -47,6 +47,7 @@ void ActionWriter::renderActions( Vorn::String const & className,
                 "void TrafficPolicyCli::renderActions(wendo::RendererV2&, Vorn::String, "
                 "const PtrConst&, const PtrConst&, bool, U32) ",
                 className, ", ", policyState_.name() );
+   snapshots_.nextRule();
    auto const * classAction = classActions_.find( className );
    auto const ours = []( auto const & entry ) {
       return static_cast< uint32_t >( entry.key ) <= PolicyMap::actionTypeMax;

@@ -33,7 +33,8 @@ public:
    using ValueType = Value;
 
    // Finds keys that come in about the map's own order without hashing them: a search begins at the
-   // entry behind the last one found. For a map that does not change while the cursor is there.
+   // entry behind the last one found, or so many behind it as the caller says. For a map that does
+   // not change while the cursor is there.
    class Cursor {
    public:
       explicit Cursor( HashMap const & map )
@@ -41,9 +42,11 @@ public:
          , entries_( map.dense() ) {}
       // The key's value, or null.
       template< typename Lookup >
-      Value const * find( Lookup const & key ) {
-         if ( next_ < entries_.size() && entries_[next_].key == key ) {
-            return &entries_[next_++].value;
+      Value const * find( Lookup const & key, uint32_t distance = 1 ) {
+         size_t const near = size_t{ next_ } - 1 + distance;
+         if ( near < entries_.size() && entries_[near].key == key ) {
+            next_ = static_cast< uint32_t >( near + 1 );
+            return &entries_[near].value;
          }
          uint32_t const at = map_.position( key );
          if ( at == Table::none ) {

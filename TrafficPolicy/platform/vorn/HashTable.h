@@ -147,6 +147,13 @@ public:
 
    // Asks for the memory of the entries.
    void prefetch() const { __builtin_prefetch( block_ ); }
+   // Asks for the memory where a search for the key begins.
+   template< typename Lookup >
+   void prefetch( Lookup const & key ) const {
+      if ( block_ && block_->slots ) {
+         __builtin_prefetch( index( block_ ) + ( hashOf( key ) & ( block_->slots - 1 ) ) );
+      }
+   }
 
    static constexpr uint32_t none = ~uint32_t{ 0 };
 
