@@ -37,8 +37,14 @@ struct State {
 constinit State state;
 constinit std::mutex mutex;
 
-std::unique_lock< std::mutex > lockIfShared() {
-   return threadSafePointers ? std::unique_lock( mutex ) : std::unique_lock< std::mutex >();
+// Calls the function, alone in it while the process may have several threads.
+template< typename Function >
+auto alone( Function const & function ) {
+   if ( threadSafePointers ) [[unlikely]] {
+      std::lock_guard const lock( mutex );
+      return function();
+   }
+   return function();
 }
 
 size_t sizeClass( size_t bytes ) {
@@ -52,14 +58,8 @@ void startChunk() {
    state.chunk = std::min( state.chunk * 2, lastChunk );
 }
 
-} // namespace
-
-void * allocate( size_t bytes ) {
-   if ( bytes > pooledMax || bytes == 0 ) {
-      return ::operator new( bytes );
-   }
-   auto const lock = lockIfShared();
-   size_t const index = sizeClass( bytes );
+// A block of the size class.
+void * take( size_t index ) {
    if ( FreeBlock * const block = state.released[index] ) {
       state.released[index] = block->next;
       return block;
@@ -71,14 +71,24 @@ void * allocate( size_t bytes ) {
    return std::exchange( state.at, state.at + index * alignment );
 }
 
+} // namespace
+
+void * allocate( size_t bytes ) {
+   if ( bytes > pooledMax || bytes == 0 ) {
+      return ::operator new( bytes );
+   }
+   return alone( [&] { return take( sizeClass( bytes ) ); } );
+}
+
 void release( void * block, size_t bytes ) noexcept {
    if ( bytes > pooledMax || bytes == 0 ) {
       ::operator delete( block );
       return;
    }
-   auto const lock = lockIfShared();
-   FreeBlock *& first = state.released[sizeClass( bytes )];
-   first = ::new ( block ) FreeBlock{ first };
+   alone( [&] {
+      FreeBlock *& first = state.released[sizeClass( bytes )];
+      first = ::new ( block ) FreeBlock{ first };
+   } );
 }
 
 } // namespace Vorn::Pool
