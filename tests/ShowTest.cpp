@@ -148,7 +148,7 @@ TEST_F( ShowTest, CachingTraces ) {
 
 TEST_F( ShowDeathTest, BrokenInvariantsStopTheProcess ) {
    EXPECT_DEATH( reply( *cpu( true, true ) ), "!policyState->detail\\(\\)" );
-   std::string const label = "No such label";
+   std::string const label = "No such label, however \"long\" it may be";
    EXPECT_DEATH( CliLabel{ label }, "!!jsonName && \"Invalid mapping in cliMap\"" );
    auto const rule = addRule( "R" );
    auto const filter = addFilter( "R" );

@@ -28,7 +28,7 @@ template< typename Number >
 void checkNumber( Number value ) {
    char wanted[24];
    char * const end = std::to_chars( wanted, std::end( wanted ), value ).ptr;
-   ASSERT_EQ( printed( Decimal::printRoom, [&]( char * to ) { return Decimal::put( to, value ); } ),
+   ASSERT_EQ( printed( Decimal::digitsMax, [&]( char * to ) { return Decimal::put( to, value ); } ),
               std::string( +wanted, end ) );
 }
 

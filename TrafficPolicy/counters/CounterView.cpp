@@ -4,7 +4,6 @@
 #include "TrafficPolicy/model/Trace.h"
 
 #include <algorithm>
-#include <iterator>
 #include <vector>
 
 namespace TrafficPolicyCli {
@@ -216,12 +215,14 @@ void renderPolicyCounters( RendererV2 & renderer, Selection const & selection,
 void renderCounterGranularity( RendererV2 & renderer,
                                TrafficPolicy::CounterGranularity granularity ) {
    static constexpr JsonKey key( "ingressCounterGranularity" );
-   static constexpr PlainText names[] = { "", "per-policy", "per-interface" };
-   auto const number = static_cast< size_t >( granularity );
-   if ( number == 0 || number >= std::size( names ) ) {
+   static constexpr wendo::PlainText perPolicy( "per-policy" );
+   static constexpr wendo::PlainText perInterface( "per-interface" );
+   using TrafficPolicy::CounterGranularity;
+   if ( granularity != CounterGranularity::perPolicy
+        && granularity != CounterGranularity::perInterface ) {
       return;
    }
-   PlainText const & text = names[number];
+   auto const & text = granularity == CounterGranularity::perPolicy ? perPolicy : perInterface;
    renderer.addJsonKeyValuePair( key, text );
    if ( renderer.isText() ) {
       renderer.write( "Counter granularity: ", text, " ingress\n" );

@@ -42,10 +42,11 @@ private:
    PolicyMapStatus const * policy( Vorn::String const & name ) {
       if ( !asked_ || !name.same( name_ ) ) {
          auto const * policy = status_.policyMapStatus( name );
-         found_ = policy ? policy->get() : nullptr;
-         if ( found_ ) {
-            classes_.emplace( found_->cmap() );
+         PolicyMapStatus const * found = policy ? policy->get() : nullptr;
+         if ( found && found != found_ ) {
+            classes_.emplace( found->cmap() );
          }
+         found_ = found;
          name_ = name;
          asked_ = true;
       }
@@ -122,7 +123,7 @@ void TrafficPolicyCounter::snapshotRules( PolicyMapStatus const & policy ) {
    counter()->snapshotReserve( policy.cmap().size() );
    Classes::Cursor classes( policy.cmap() );
    for ( auto const & [name, classStatus] : policy.cmap() ) {
-      classes.find( name );
+      classes.find( name ); // so that it looks ahead from here
       prefetchSnapshots( classes, policy.name(), *counter() );
       counter()->snapshotIs( CounterKey{ { policy.name(), name } },
                              { classStatus->uniqueId(), classStatus->packetCount() } );

@@ -13,6 +13,8 @@
 
 namespace TrafficPolicyCli {
 
+using wendo::PlainText;
+
 struct CliMapEntry {
    std::string_view label;
    std::string_view jsonName;
@@ -70,9 +72,9 @@ public:
 
 private:
    constexpr CliLabel( std::string_view text, std::string_view label, std::string_view suffix )
-      : text_( text, "" )
+      : key_( keyOf( label, suffix ) )
+      , text_( text, "" )
       , heading_( text, ": " )
-      , key_( keyOf( label, suffix ) )
       , names_( text == "DSCP"       ? ValueNames::dscp
                 : text == "Protocol" ? ValueNames::protocol
                                      : ValueNames::none ) {}
@@ -89,9 +91,9 @@ private:
       return wendo::JsonKey( *jsonName );
    }
 
+   wendo::JsonKey key_; // first: it is what refuses an unknown label
    PlainText text_;
    PlainText heading_;
-   wendo::JsonKey key_;
    ValueNames names_;
 };
 

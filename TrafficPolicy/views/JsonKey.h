@@ -10,7 +10,7 @@
 
 namespace wendo {
 
-// Holds `"name":` in a fixed number of bytes, so that writing it is one copy of known size.
+// Holds `"name":` in a fixed number of bytes, so that it is written by copies of known size.
 class JsonKey {
 public:
    static constexpr size_t room = PlainText::room;

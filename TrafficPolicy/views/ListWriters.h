@@ -1,7 +1,7 @@
 // The list writers of match conditions: prefixes, field-sets and ranges, each in ascending order.
 //
 // In text a list begins with its label; further values stand on lines of their own, in the column
-// of the first.
+// of the first. An empty list has no line.
 
 #pragma once
 

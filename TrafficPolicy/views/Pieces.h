@@ -21,13 +21,18 @@
 
 #include <charconv>
 #include <concepts>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
+#include <type_traits>
 
 namespace wendo {
 
-// Texts up to this size are copied in words, into as much room.
+// The longest text of no fixed size that is written together with other pieces, and the room that
+// it takes then: such texts are copied in words.
 inline constexpr size_t wordsMax = 64;
+// More room than any pieces written together need; at most what a view's buffer has.
 inline constexpr size_t tooMuch = size_t{ 1 } << 20;
 
 // A character.
@@ -60,7 +65,7 @@ inline char * put( char * to, PlainText const & text ) {
 // A number in decimal.
 template< std::unsigned_integral Number >
 constexpr size_t room( Number ) {
-   return Decimal::printRoom;
+   return Decimal::digitsMax;
 }
 template< std::unsigned_integral Number >
 char * put( char * to, Number value ) {
@@ -99,8 +104,7 @@ inline size_t room( std::string_view text ) {
    return text.size() <= wordsMax ? text.size() : tooMuch;
 }
 inline char * put( char * to, std::string_view text ) {
-   std::memcpy( to, text.data(), text.size() );
-   return to + text.size();
+   return to + text.copy( to, text.size() );
 }
 
 // Spaces, mostly at the beginning of a line.
@@ -118,6 +122,22 @@ inline char * put( char * to, Spaces spaces ) {
       std::memcpy( to + at, "                ", 16 );
    }
    return to + spaces.width;
+}
+
+// A text in a field of at least this width, filled with spaces; a longer text is never cut.
+struct JustifyLeft {
+   std::string_view text;
+   unsigned width;
+
+   constexpr Spaces filling() const {
+      return { text.size() < width ? width - static_cast< unsigned >( text.size() ) : 0 };
+   }
+};
+inline size_t room( JustifyLeft const & field ) {
+   return room( field.text ) + room( field.filling() );
+}
+inline char * put( char * to, JustifyLeft const & field ) {
+   return put( put( to, field.text ), field.filling() );
 }
 
 // The indentation and the heading of a line.
@@ -198,7 +218,7 @@ inline char * put( char * to, Json< Vorn::String > json ) {
 // {"low":L,"high":H}
 template< std::derived_from< Classification::NumericalRange > Range >
 constexpr size_t room( Json< Range > ) {
-   return 2 * Decimal::printRoom + 16;
+   return 2 * Decimal::digitsMax + 16;
 }
 template< std::derived_from< Classification::NumericalRange > Range >
 char * put( char * to, Json< Range > json ) {

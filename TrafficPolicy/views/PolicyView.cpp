@@ -129,11 +129,19 @@ void renderRuleSummary( RendererV2 & renderer, Vorn::String const & ruleName,
 // The rules of a policy, in order.
 struct Rules {
    explicit Rules( PolicyState const & state )
-      : matches( state.classMapConfig().slots().first( state.ruleCount() ) )
-      , statuses( state.classMapStatus().slots().first( state.ruleCount() ) ) {}
+      : matches( counted( state.classMapConfig(), state.ruleCount() ) )
+      , statuses( counted( state.classMapStatus(), state.ruleCount() ) ) {}
 
    std::span< Vorn::Ptr< PolicyMap::ClassMapMatch const > const > matches;
    std::span< Vorn::Ptr< PolicyMap::ClassMapStatus const > const > statuses;
+
+private:
+   template< typename Record >
+   static std::span< Record const > counted( Vorn::IndexedArray< Record > const & array,
+                                             uint32_t ruleCount ) {
+      VORN_ASSERT( ruleCount <= array.size() );
+      return array.slots().first( ruleCount );
+   }
 };
 
 // Asks for the status of rules to come and for the name that hangs under it: they stand in memory
@@ -147,7 +155,9 @@ void prefetchRule( Rules const & rules, size_t rule, bool summary ) {
       if ( summary ) {
          __builtin_prefetch( rules.matches[rule + far].get() );
       }
-      __builtin_prefetch( rules.statuses[rule + near]->name().data() );
+      if ( auto const & status = rules.statuses[rule + near] ) {
+         __builtin_prefetch( status->name().data() );
+      }
    }
 }
 

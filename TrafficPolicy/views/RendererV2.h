@@ -21,12 +21,7 @@
 
 namespace wendo {
 
-// A text in a field of at least this width, filled with spaces; a longer text is never cut.
-struct JustifyLeft {
-   std::string_view text;
-   unsigned width;
-};
-
+// The buffer needs the room of the pieces that one operation writes: a kilobyte will do.
 class RendererV2 : public Renderer {
 public:
    RendererV2( OutputFormat_t format, PrintBuffer & buffer )
@@ -51,13 +46,8 @@ public:
       write( value );
    }
    void writeString( char const * text, size_t size ) { buffer().append( { text, size } ); }
-   void writeString( JustifyLeft const & field ) {
-      size_t const size = std::min< size_t >( field.text.size(), field.width );
-      write( field.text, indentation( field.width - static_cast< unsigned >( size ) ) );
-   }
-   // The label is a literal or a text.
-   template< typename Label, typename Value >
-   void _addText( Label const & label, Value const & value ) {
+   template< typename Value >
+   void _addText( std::string_view label, Value const & value ) {
       write( label, value );
    }
 
@@ -73,8 +63,8 @@ public:
          write( text );
       }
    }
-   template< typename Label, typename Value >
-   void addText( Label const & label, Value const & value ) {
+   template< typename Value >
+   void addText( std::string_view label, Value const & value ) {
       if ( isText() ) {
          _addText( label, value );
       }
@@ -209,6 +199,10 @@ private:
    void writeAlone( Vorn::String const & text ) { buffer().append( text.view() ); }
    void writeAlone( std::string_view text ) { buffer().append( text ); }
    void writeAlone( Spaces spaces );
+   void writeAlone( JustifyLeft const & field ) {
+      writeAlone( field.text );
+      writeAlone( field.filling() );
+   }
    void writeAlone( LineBegin line ) {
       writeAlone( line.indent );
       write( line.heading );

@@ -7,6 +7,8 @@
 
 namespace TrafficPolicyCli {
 
+static_assert( wendo::tooMuch <= wendo::WendoBuffer::viewCapacity );
+
 // Every view makes one on entry and closes it at its end. When an exception leaves the view, what
 // was written so far still reaches the descriptor.
 class Reply {

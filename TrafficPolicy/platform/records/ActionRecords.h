@@ -23,8 +23,8 @@ inline constexpr uint32_t actionTypeMax = 21;
 
 enum class RateUnit : uint8_t { bps, kbps, mbps, gbps, pps };
 
-inline PlainText const & rateUnitText( RateUnit unit ) {
-   static constexpr PlainText texts[] = { "bps", "kbps", "mbps", "gbps", "pps" };
+inline wendo::PlainText const & rateUnitText( RateUnit unit ) {
+   static constexpr wendo::PlainText texts[] = { "bps", "kbps", "mbps", "gbps", "pps" };
    return texts[static_cast< uint8_t >( unit )];
 }
 

@@ -16,8 +16,6 @@ namespace Decimal {
 
 // The most digits of a 64-bit number.
 inline constexpr size_t digitsMax = 20;
-// Room that put() needs: it may write whole words beyond the digits.
-inline constexpr size_t printRoom = digitsMax + 4;
 
 inline constexpr auto pairs = [] {
    std::array< char, 200 > table{};
@@ -65,8 +63,8 @@ inline char * putEight( char * to, uint32_t value ) {
 
 char * putLarge( char * to, uint64_t value );
 
-// Writes the value without a terminator and returns its end. The buffer holds at least printRoom
-// bytes.
+// Writes the value without a terminator and returns its end. The buffer holds at least digitsMax
+// bytes: behind a short number, some that are none of its digits are written too.
 inline char * put( char * to, uint32_t value ) {
    if ( value < 10'000 ) {
       return putSmall( to, value );

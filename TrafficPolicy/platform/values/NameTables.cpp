@@ -7,6 +7,8 @@
 
 namespace Names {
 
+using wendo::PlainText;
+
 namespace {
 
 // IANA "Assigned Internet Protocol Numbers", in lower case, spelt as /etc/protocols has them.
@@ -61,9 +63,9 @@ constexpr struct {
 template< size_t numbers >
 using Table = std::array< PlainText, numbers + 1 >;
 
-template< size_t numbers >
-PlainText const & nameOf( Table< numbers > const & table, uint32_t number ) {
-   return table[std::min< size_t >( number, numbers )];
+template< size_t size >
+PlainText const & nameOf( std::array< PlainText, size > const & table, uint32_t number ) {
+   return table[std::min< size_t >( number, size - 1 )];
 }
 
 constexpr auto byCodePoint = [] {
@@ -89,15 +91,15 @@ constexpr auto ipv6Protocols = protocolsExcept( { 1, 2 } );
 } // namespace
 
 PlainText const & dscp( uint32_t codePoint ) {
-   return nameOf< 64 >( byCodePoint, codePoint );
+   return nameOf( byCodePoint, codePoint );
 }
 
 PlainText const & ipv4Protocol( uint32_t number ) {
-   return nameOf< protocolNames.size() >( ipv4Protocols, number );
+   return nameOf( ipv4Protocols, number );
 }
 
 PlainText const & ipv6Protocol( uint32_t number ) {
-   return nameOf< protocolNames.size() >( ipv6Protocols, number );
+   return nameOf( ipv6Protocols, number );
 }
 
 } // namespace Names

@@ -12,11 +12,11 @@ namespace Names {
 
 // DSCP code points, from the IANA registry "Differentiated Services Field Codepoints"
 // (RFC 2474, RFC 2597, RFC 3246, RFC 5865, RFC 8622).
-PlainText const & dscp( uint32_t codePoint );
+wendo::PlainText const & dscp( uint32_t codePoint );
 
 // IP protocol numbers, from the IANA registry "Assigned Internet Protocol Numbers". Each family has
 // the protocols that may follow its header.
-PlainText const & ipv4Protocol( uint32_t number );
-PlainText const & ipv6Protocol( uint32_t number );
+wendo::PlainText const & ipv4Protocol( uint32_t number );
+wendo::PlainText const & ipv6Protocol( uint32_t number );
 
 } // namespace Names

@@ -6,9 +6,12 @@
 
 #include <cstddef>
 #include <cstring>
+#include <initializer_list>
 #include <string_view>
 
-// Stands in a fixed number of bytes, so that writing it is one copy of known size, and holds
+namespace wendo {
+
+// Stands in a fixed number of bytes, so that it is written by copies of known size, and holds
 // nothing that JSON would escape.
 class PlainText {
 public:
@@ -17,9 +20,9 @@ public:
    constexpr PlainText() = default;
    consteval PlainText( char const * text )
       : PlainText( text, "" ) {}
-   // Two texts, one behind the other. Does not compile when they are longer than the room or have a
-   // character to escape.
-   constexpr PlainText( std::string_view text, std::string_view more ) {
+   // Two texts, one behind the other. Fails an assertion, or does not compile where they are
+   // constants, when they are longer than the room or have a character to escape.
+   constexpr explicit PlainText( std::string_view text, std::string_view more ) {
       VORN_ASSERT( text.size() + more.size() <= room );
       for ( std::string_view const part : { text, more } ) {
          for ( char const c : part ) {
@@ -55,3 +58,5 @@ private:
    char text_[room] = {};
    unsigned char size_ = 0;
 };
+
+} // namespace wendo

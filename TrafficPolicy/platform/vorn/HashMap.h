@@ -4,6 +4,9 @@
 
 #include "TrafficPolicy/platform/vorn/HashTable.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <span>
 #include <utility>
 
 namespace Vorn {
@@ -39,12 +42,13 @@ public:
    public:
       explicit Cursor( HashMap const & map )
          : map_( map )
-         , entries_( map.dense() ) {}
+         , entries_( map.slots() )
+         , dense_( entries_.size() == map.size() ) {}
       // The key's value, or null.
       template< typename Lookup >
       Value const * find( Lookup const & key, uint32_t distance = 1 ) {
          size_t const near = size_t{ next_ } - 1 + distance;
-         if ( near < entries_.size() && entries_[near].key == key ) {
+         if ( isLive( near ) && entries_[near].key == key ) {
             next_ = static_cast< uint32_t >( near + 1 );
             return &entries_[near].value;
          }
@@ -56,16 +60,21 @@ public:
          return &map_.entry( at ).value;
       }
 
-      // The value that stands so many entries behind the last one found, or null. Null for a map
-      // from which entries were deleted.
+      // The value that stands so many entries behind the last one found, or null.
       Value const * ahead( uint32_t distance ) const {
          size_t const at = size_t{ next_ } - 1 + distance;
-         return at < entries_.size() ? &entries_[at].value : nullptr;
+         return isLive( at ) ? &entries_[at].value : nullptr;
       }
 
    private:
+      bool isLive( size_t at ) const {
+         return at < entries_.size()
+                && ( dense_ || map_.Table::isLive( static_cast< uint32_t >( at ) ) );
+      }
+
       HashMap const & map_;
-      std::span< HashMapEntry< Key, Value > const > entries_;
+      std::span< HashMapEntry< Key, Value > const > entries_; // deleted ones included
+      bool dense_;
       uint32_t next_ = 0;
    };
 

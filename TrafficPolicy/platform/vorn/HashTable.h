@@ -204,12 +204,14 @@ protected:
    }
 
    Entry const & entry( uint32_t at ) const { return entries( block_ )[at]; }
-   // All entries, as an array that the next change of the table invalidates; empty when some of
-   // them are deleted.
-   std::span< Entry const > dense() const {
-      return block_ && block_->live == block_->used
-                ? std::span< Entry const >( entries( block_ ), block_->used )
-                : std::span< Entry const >();
+   // All entries, deleted ones included, as an array that the next change of the table invalidates.
+   std::span< Entry const > slots() const {
+      return block_ ? std::span< Entry const >( entries( block_ ), block_->used )
+                    : std::span< Entry const >();
+   }
+   bool isLive( uint32_t at ) const {
+      return block_->live == block_->used || !block_->slots
+             || !( deadBits( block_ )[at / 32] >> ( at % 32 ) & 1 );
    }
    Entry & entry( uint32_t at ) { return entries( block_ )[at]; }
    Iterator iterator( uint32_t at ) const {
@@ -276,10 +278,6 @@ private:
       slots[slot] = ( hash & ~mask ) | at;
    }
 
-   bool isLive( uint32_t at ) const {
-      return block_->live == block_->used || !block_->slots
-             || !( deadBits( block_ )[at / 32] >> ( at % 32 ) & 1 );
-   }
    uint32_t liveFrom( uint32_t at ) const {
       while ( at < block_->used && !isLive( at ) ) {
          ++at;

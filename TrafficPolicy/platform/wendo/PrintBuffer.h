@@ -1,6 +1,6 @@
 // The buffer that all output of a command goes through: reserve, format in place, commit.
 //
-//    char * to = buffer.getBuffer( 20 );
+//    char * to = buffer.getBuffer( Decimal::digitsMax );
 //    buffer.commit( Decimal::put( to, value ) );
 //
 // Invariant: the bytes from the buffer's begin to writePtr are committed and not yet written;

@@ -8,7 +8,9 @@
 
 #include <atomic>
 #include <cerrno>
+#include <exception>
 #include <memory>
+#include <string_view>
 #include <system_error>
 #include <utility>
 

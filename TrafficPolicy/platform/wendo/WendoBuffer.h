@@ -8,7 +8,8 @@
 
 namespace wendo {
 
-// The memory of a buffer. That of a view's buffer is kept for the next one.
+// The memory of a buffer: a base, so that it is there before the buffer over it. That of a view's
+// buffer is kept for the next view, so that a process that has shown something keeps a megabyte.
 class BufferMemory {
 public:
    BufferMemory( BufferMemory const & ) = delete;
