@@ -18,7 +18,8 @@ warnings.simplefilter("ignore", DeprecationWarning)
 from jsonschema import Draft202012Validator, RefResolver  # noqa: E402
 
 # The schemas of replies. A command's is the first all of whose words it has, too.
-REPLIES = ("show-counters", "show-cpu-errors", "show-interface-errors", "show-cpu", "show-interface")
+REPLIES = ("types", "show-counters", "show-cpu-errors", "show-interface-errors", "show-cpu",
+           "show-interface")
 # The word behind one of these may be any, even one of a schema's.
 VALUED = ("policy", "--state", "--counter-store", "--trace")
 # A command and what it writes, up to the next one or the end of a block. One that only fails writes
@@ -37,10 +38,11 @@ OPTIONAL = set("""matches actions namedCounters unnamedCounters ingressCounterGr
 # Members of replies whose strings, or whose elements, cannot be any name.
 FORMED = set("""matchOption unit name neighborProtocol matchL4Protocol ingressCounterGranularity
     srcPrefixes destPrefixes ipv4InstallationErrors ipv6InstallationErrors""".split())
+# Lists of replies that may be empty, beside those of VRFs and interfaces.
+MAY_BE_EMPTY = ("rules", "tcpFlags", "constructor", "attributes")
 WRONG = {str: (-1, "", "bogus"), bool: (-1, False), int: (-1, 2**64, 1.5, "1"), float: ("1", None),
          dict: (-1,), list: (-1, []), type(None): (-1,)}
 results = {True: 0, False: 0}
-
 
 def check(holds, failure):
     results[bool(holds)] += 1
@@ -90,12 +92,13 @@ def mutants(node, seen, place=()):
 
 
 def must_refuse(kind, where):
-    member = next((step for step in reversed(where) if step != "*"), "")
+    steps = ["", *(step for step in where if step != "*")]
+    member = steps[-1]
     return {"missing": member not in OPTIONAL,
             "twice": not member.endswith("InstallationErrors"),
             "''": not member.endswith(("Vrfs", "Intfs")),
-            "[]": not member.endswith(("Vrfs", "Intfs")) and member not in ("rules", "tcpFlags"),
-            "'bogus'": member in FORMED}.get(kind, True)
+            "[]": not member.endswith(("Vrfs", "Intfs")) and member not in MAY_BE_EMPTY,
+            "'bogus'": member in FORMED and not {"constructor", "attributes"}.intersection(steps)}.get(kind, True)
 
 
 class Checker:
@@ -128,11 +131,11 @@ class Checker:
             check((show.returncode == 1) != self.validators[schema].is_valid(document),
                   f"{schema}: {kind} at /{'/'.join(where)}: refused by schema or program alone")
 
-    def check_reply(self, state, store, side, options):
-        what = " ".join([side, *options])
-        reply = self.run(state, store, "--json", "show", "traffic-policy", side, *options)
+    def check_reply(self, state, store, *command):
+        what = " ".join(command)
+        reply = self.run(state, store, "--json", *command)
         check(reply.returncode == 0, f"{what}: status {reply.returncode}")
-        schema = reply_schema(["show", "traffic-policy", side, *options])
+        schema = reply_schema(command)
         document = json.loads(reply.stdout)
         self.check_valid(schema, document, what)
         for kind, where in mutants(document, self.seen[schema]):
@@ -164,10 +167,12 @@ class Checker:
         for side, *bits in itertools.product(("cpu", "interface"), *[(0, 1)] * len(OPTIONS)):
             options = list(itertools.compress(OPTIONS, bits))
             if not {"errors", "detail"} <= set(options):
-                self.check_reply(example, store, side, options)
+                self.check_reply(example, store, "show", "traffic-policy", side, *options)
         state.write_text(example.read_text())
         self.check_file("state", state, state, folder / "none")
         self.check_file("counter-store", store, example, store)
+        for name in ((), ("TrafficPolicyCli::PolicyState",)):
+            self.check_reply(example, store, "types", *name)
 
 
 def main(program, source_dir):
