@@ -44,6 +44,7 @@ WRONG = {str: (-1, "", "bogus"), bool: (-1, False), int: (-1, 2**64, 1.5, "1"), 
          dict: (-1,), list: (-1, []), type(None): (-1,)}
 results = {True: 0, False: 0}
 
+
 def check(holds, failure):
     results[bool(holds)] += 1
     if not holds:

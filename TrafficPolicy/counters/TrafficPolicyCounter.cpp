@@ -2,6 +2,7 @@
 
 #include "TrafficPolicy/platform/vorn/Clock.h"
 #include "TrafficPolicy/platform/vorn/Describe.h"
+#include "TrafficPolicy/platform/vorn/Prefetch.h"
 
 #include <optional>
 #include <vector>
@@ -71,9 +72,9 @@ void prefetchSnapshots( Classes::Cursor const & classes, Vorn::String const & po
       auto const * entry = classes.ahead( distance );
       return entry ? entry->get() : nullptr;
    };
-   __builtin_prefetch( statusAhead( far ) );
+   Vorn::prefetch( statusAhead( far ) );
    if ( auto const * classStatus = statusAhead( middle ) ) {
-      __builtin_prefetch( classStatus->name().data() );
+      Vorn::prefetch( classStatus->name().data() );
    }
    if ( auto const * classStatus = statusAhead( near ) ) {
       store.snapshot().prefetch( CounterKey{ { policyName, classStatus->name() } } );

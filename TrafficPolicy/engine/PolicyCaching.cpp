@@ -2,6 +2,7 @@
 
 #include "TrafficPolicy/engine/ShowTrafficPolicyBase.h"
 #include "TrafficPolicy/model/Trace.h"
+#include "TrafficPolicy/platform/vorn/Prefetch.h"
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 
 namespace TrafficPolicyCli {
@@ -66,9 +67,9 @@ void prefetchRules( Statuses::Cursor const & statuses, Configs::Cursor const & c
    constexpr uint32_t far = 12; // rules
    constexpr uint32_t middle = 8;
    constexpr uint32_t near = 4;
-   __builtin_prefetch( pointee( statuses.ahead( far ) ) );
-   __builtin_prefetch( pointee( configs.ahead( far ) ) );
-   __builtin_prefetch( pointee( actions.ahead( far ) ) );
+   Vorn::prefetch( pointee( statuses.ahead( far ) ) );
+   Vorn::prefetch( pointee( configs.ahead( far ) ) );
+   Vorn::prefetch( pointee( actions.ahead( far ) ) );
    if ( auto const * status = pointee( statuses.ahead( middle ) ) ) {
       status->match().prefetch();
    }
@@ -80,12 +81,12 @@ void prefetchRules( Statuses::Cursor const & statuses, Configs::Cursor const & c
    }
    if ( auto const * config = pointee( configs.ahead( near ) ) ) {
       for ( auto const & [option, match] : config->match() ) {
-         __builtin_prefetch( match.get() );
+         Vorn::prefetch( match.get() );
       }
    }
    if ( auto const * ruleActions = pointee( actions.ahead( near ) ) ) {
       for ( auto const & [type, action] : ruleActions->policyAction() ) {
-         __builtin_prefetch( action.get() );
+         Vorn::prefetch( action.get() );
       }
    }
 }

@@ -3,6 +3,7 @@
 #include "TrafficPolicy/views/PolicyView.h"
 
 #include "TrafficPolicy/model/Trace.h"
+#include "TrafficPolicy/platform/vorn/Prefetch.h"
 #include "TrafficPolicy/views/ActionView.h"
 #include "TrafficPolicy/views/MatchView.h"
 #include "TrafficPolicy/views/NamedCounterList.h"
@@ -151,12 +152,12 @@ void prefetchRule( Rules const & rules, size_t rule, bool summary ) {
    constexpr size_t far = 6; // rules
    constexpr size_t near = 3;
    if ( rule + far < rules.statuses.size() ) {
-      __builtin_prefetch( rules.statuses[rule + far].get() );
+      Vorn::prefetch( rules.statuses[rule + far].get() );
       if ( summary ) {
-         __builtin_prefetch( rules.matches[rule + far].get() );
+         Vorn::prefetch( rules.matches[rule + far].get() );
       }
       if ( auto const & status = rules.statuses[rule + near] ) {
-         __builtin_prefetch( status->name().data() );
+         Vorn::prefetch( status->name().data() );
       }
    }
 }

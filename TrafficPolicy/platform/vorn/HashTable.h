@@ -17,6 +17,7 @@
 #include "TrafficPolicy/platform/vorn/Assert.h"
 #include "TrafficPolicy/platform/vorn/Hash.h"
 #include "TrafficPolicy/platform/vorn/Pool.h"
+#include "TrafficPolicy/platform/vorn/Prefetch.h"
 
 #include <bit>
 #include <cstddef>
@@ -146,12 +147,12 @@ public:
    }
 
    // Asks for the memory of the entries.
-   void prefetch() const { __builtin_prefetch( block_ ); }
+   void prefetch() const { Vorn::prefetch( block_ ); }
    // Asks for the memory where a search for the key begins.
    template< typename Lookup >
    void prefetch( Lookup const & key ) const {
       if ( block_ && block_->slots ) {
-         __builtin_prefetch( index( block_ ) + ( hashOf( key ) & ( block_->slots - 1 ) ) );
+         Vorn::prefetch( index( block_ ) + ( hashOf( key ) & ( block_->slots - 1 ) ) );
       }
    }
 

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "TrafficPolicy/platform/vorn/Pool.h"
+#include "TrafficPolicy/platform/vorn/Prefetch.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -33,7 +34,7 @@ public:
    auto end() const { return entries_.end(); }
 
    // Asks for the memory of the entries.
-   void prefetch() const { __builtin_prefetch( entries_.data() ); }
+   void prefetch() const { Vorn::prefetch( entries_.data() ); }
    void reserve( size_t entries ) { entries_.reserve( entries ); }
 
    // The key's value, or null.
