@@ -2,6 +2,7 @@
 
 #include "TrafficPolicy/counters/CounterLookup.h"
 #include "TrafficPolicy/model/Trace.h"
+#include "TrafficPolicy/platform/vorn/Prefetch.h"
 
 #include <algorithm>
 #include <vector>
@@ -17,6 +18,16 @@ using wendo::JsonMember;
 using wendo::RendererV2;
 
 constexpr unsigned listIndent = 3;
+
+// Asks for the status of a rule to come, and for its name.
+void prefetchStatus( PolicyState const & state, unsigned rule ) {
+   constexpr unsigned far = 16; // rules
+   constexpr unsigned near = 8;
+   Vorn::prefetch( state.classMapStatus( rule + far ).get() );
+   if ( auto const & status = state.classMapStatus( rule + near ) ) {
+      Vorn::prefetch( status->name().data() );
+   }
+}
 
 // What the rules of a policy count into.
 struct Uses {
@@ -38,9 +49,10 @@ Uses usesOf( PolicyState const & state ) {
       return uses;
    }
    uses.unnamed.resize( state.ruleCount() );
-   Vorn::HashMap< Vorn::String, Vorn::Ptr< PolicyMap::ClassAction const > >::Cursor actions(
-      config->currCfg()->classAction() );
+   PolicyMap::ClassActions::Cursor actions( config->currCfg()->classAction() );
    for ( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
+      PolicyMap::prefetchActions( actions );
+      prefetchStatus( state, rule );
       auto const * classAction = actions.find( state.classMapStatus( rule )->name() );
       auto const * count = classAction ? PolicyMap::actionAs< PolicyMap::CountAction >(
                               ( *classAction )->policyAction( PolicyMap::ActionType::count ) )
@@ -174,6 +186,7 @@ void renderUnnamedCounters( RendererV2 & renderer, PolicyState const & state, Us
    RuleSnapshots snapshots( state.counter().get(), state.name() );
    renderer.startJsonObject( unnamedCounters );
    for ( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
+      prefetchStatus( state, rule );
       snapshots.nextRule();
       if ( !uses.unnamed[rule] ) {
          continue;

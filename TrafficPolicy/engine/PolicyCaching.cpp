@@ -58,35 +58,23 @@ T const * pointee( Vorn::Ptr< T const > const * handle ) {
 
 using Statuses = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassMapStatus const > >;
 using Configs = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassMapSubConfig const > >;
-using Actions = Vorn::HashMap< Vorn::String, Vorn::Ptr< PolicyMap::ClassAction const > >;
 
-// Asks for the records of rules to come, which are found one through the other: what one step asks
-// for has arrived when the next step looks into it, some rules later.
-void prefetchRules( Statuses::Cursor const & statuses, Configs::Cursor const & configs,
-                    Actions::Cursor const & actions ) {
+// Asks for the status and the match condition of rules to come, step by step like prefetchActions.
+void prefetchRules( Statuses::Cursor const & statuses, Configs::Cursor const & configs ) {
    constexpr uint32_t far = 12; // rules
    constexpr uint32_t middle = 8;
    constexpr uint32_t near = 4;
    Vorn::prefetch( pointee( statuses.ahead( far ) ) );
    Vorn::prefetch( pointee( configs.ahead( far ) ) );
-   Vorn::prefetch( pointee( actions.ahead( far ) ) );
    if ( auto const * status = pointee( statuses.ahead( middle ) ) ) {
       status->match().prefetch();
    }
    if ( auto const * config = pointee( configs.ahead( middle ) ) ) {
       config->match().prefetch();
    }
-   if ( auto const * ruleActions = pointee( actions.ahead( middle ) ) ) {
-      ruleActions->prefetch();
-   }
    if ( auto const * config = pointee( configs.ahead( near ) ) ) {
       for ( auto const & [option, match] : config->match() ) {
          Vorn::prefetch( match.get() );
-      }
-   }
-   if ( auto const * ruleActions = pointee( actions.ahead( near ) ) ) {
-      for ( auto const & [type, action] : ruleActions->policyAction() ) {
-         Vorn::prefetch( action.get() );
       }
    }
 }
@@ -152,11 +140,12 @@ void ShowTrafficPolicyBase::cacheClassState(
    // Configuration and status usually list their classes in rule order.
    Statuses::Cursor statuses( ps->policyMapStatus()->cmap() );
    Configs::Cursor configs( subConfig->rawClassMap() );
-   Actions::Cursor actions( subConfig->classAction() );
+   PolicyMap::ClassActions::Cursor actions( subConfig->classAction() );
    unsigned rule = 0;
    for ( auto const & [number, className] : sequence ) {
       wendo::interrupt::check();
-      prefetchRules( statuses, configs, actions );
+      prefetchRules( statuses, configs );
+      PolicyMap::prefetchActions( actions );
       auto const * status = statuses.find( className );
       if ( !status ) {
          trace.write( 7, "ClassMapStatus not found for ", className );

@@ -15,9 +15,8 @@ using wendo::JsonMember;
 constexpr PlainText heading( "Actions: " );
 
 // For a policy without a committed configuration, which has no rules either.
-template< typename Map >
-Map const & classActions( PolicyState const & policyState ) {
-   static Map const none;
+PolicyMap::ClassActions const & classActions( PolicyState const & policyState ) {
+   static PolicyMap::ClassActions const none;
    auto const & config = policyState.policyMapConfig();
    return config && config->currCfg() ? config->currCfg()->classAction() : none;
 }
@@ -36,7 +35,7 @@ ActionWriter::ActionWriter( wendo::RendererV2 & renderer, PolicyState const & po
                             bool showBytes )
    : renderer_( renderer )
    , policyState_( policyState )
-   , classActions_( classActions< ClassActions >( policyState ) )
+   , classActions_( classActions( policyState ) )
    , snapshots_( policyState.counter().get(), policyState.name() )
    , showBytes_( showBytes ) {}
 

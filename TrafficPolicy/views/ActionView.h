@@ -21,8 +21,6 @@ public:
                        PolicyMap::ClassMapStatus const & classStatus, unsigned indent );
 
 private:
-   using ClassActions = Vorn::HashMap< Vorn::String, Vorn::Ptr< PolicyMap::ClassAction const > >;
-
    void renderAction( wendo::LineBegin begin, PolicyMap::ActionType type,
                       PolicyMap::Action const * action,
                       PolicyMap::ClassMapStatus const & classStatus );
@@ -34,7 +32,7 @@ private:
 
    wendo::RendererV2 & renderer_;
    PolicyState const & policyState_;
-   ClassActions::Cursor classActions_;
+   PolicyMap::ClassActions::Cursor classActions_;
    RuleSnapshots snapshots_;
    bool showBytes_;
 };

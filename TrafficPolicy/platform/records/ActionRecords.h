@@ -4,6 +4,7 @@
 
 #include "TrafficPolicy/platform/values/PlainText.h"
 #include "TrafficPolicy/platform/vorn/Attribute.h"
+#include "TrafficPolicy/platform/vorn/Prefetch.h"
 
 #include <cstdint>
 
@@ -100,6 +101,27 @@ class ClassAction : public Vorn::PtrInterface {
 private:
    PolicyActions policyAction_;
 };
+
+using ClassActions = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassAction const > >;
+
+// Asks for the actions of rules to come, which are found one through the other: what one step asks
+// for has arrived when the next step looks into it, some rules later.
+inline void prefetchActions( ClassActions::Cursor const & actions ) {
+   constexpr uint32_t far = 12; // rules
+   constexpr uint32_t middle = 8;
+   constexpr uint32_t near = 4;
+   if ( auto const * rule = actions.ahead( far ) ) {
+      Vorn::prefetch( rule->get() );
+   }
+   if ( auto const * rule = actions.ahead( middle ) ) {
+      ( *rule )->prefetch();
+   }
+   if ( auto const * rule = actions.ahead( near ) ) {
+      for ( auto const & [type, action] : ( *rule )->policyAction() ) {
+         Vorn::prefetch( action.get() );
+      }
+   }
+}
 
 } // namespace PolicyMap
 
