@@ -1,5 +1,6 @@
 // The configuration: policies with their rules, and where they are applied.
 
+#include "TrafficPolicy/platform/vorn/Prefetch.h"
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 #include "cli/SharedNames.h"
 #include "cli/StateReader.h"
@@ -55,12 +56,26 @@ Rule readRule( JsonValue & value, RecentNames & counters ) {
 }
 
 // Enters the rules with room taken at once, names in the file's order, numbers sorted.
+// Asks for the name of a rule to come, and for the places where it will be entered: names are
+// hashed, so that those stand anywhere.
+void prefetchEntry( std::vector< Rule > const & rules, size_t rule,
+                    PolicyMapSubConfig const & config ) {
+   constexpr size_t far = 16; // rules
+   constexpr size_t near = 8;
+   if ( rule + far < rules.size() ) {
+      Vorn::prefetch( rules[rule + far].name.data() );
+      config.rawClassMap().prefetch( rules[rule + near].name );
+      config.classAction().prefetch( rules[rule + near].name );
+   }
+}
+
 void enterRules( JsonValue & list, std::vector< Rule > const & rules,
                  PolicyMapSubConfig & config ) {
    config.classesReserve( rules.size() );
    std::vector< Rule const * > bySequence;
    bySequence.reserve( rules.size() );
    for ( Rule const & rule : rules ) {
+      prefetchEntry( rules, static_cast< size_t >( &rule - rules.data() ), config );
       // A rule without conditions has no entry to tell its name by, so it gets an empty one.
       auto const match = rule.match ? rule.match : Vorn::create< ClassMapSubConfig >();
       if ( !config.rawClassMapIs( rule.name, match ) ) {

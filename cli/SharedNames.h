@@ -40,17 +40,33 @@ public:
       if ( map ) {
          at_ = map->begin();
          end_ = map->end();
+         ahead_ = at_;
+         for ( unsigned i = 0; i < distance && ahead_ != end_; ++i ) {
+            ++ahead_;
+         }
       }
    }
    Vorn::String get( std::string_view text ) {
       if ( at_ != end_ && at_->key == text ) {
+         if ( ahead_ != end_ ) {
+            ++ahead_;
+         }
          return ( at_++ )->key;
       }
       return { text };
    }
+   // Asks for the place where a name to come will be entered in the table.
+   void prefetch( auto const & table ) const {
+      if ( ahead_ != end_ ) {
+         table.prefetch( ahead_->key );
+      }
+   }
 
 private:
+   static constexpr unsigned distance = 8; // names
+
    typename Map::Iterator at_;
+   typename Map::Iterator ahead_; // so many names ahead
    typename Map::Iterator end_;
 };
 

@@ -49,6 +49,7 @@ void readRules( JsonValue & value, State const & state, PolicyMapStatus & policy
       if ( text.empty() ) {
          v.fail( "empty, where a rule name is needed" );
       }
+      names.prefetch( policy.cmap() );
       Vorn::String const name = names.get( text );
       if ( !policy.cmapIs( name, readRule( name, v ) ) ) {
          v.fail( "given twice" );
