@@ -145,17 +145,14 @@ private:
    }
 };
 
-// Asks for the status of rules to come and for the name that hangs under it: they stand in memory
-// apart from the match conditions, which the processor fetches by itself while they are walked in
-// order. A summary skips those, so that there the next match is asked for too.
-void prefetchRule( Rules const & rules, size_t rule, bool summary ) {
+// Asks for the match and the status of rules to come, and for the name that hangs under the status.
+// For a summary: while a rule is written in full, the processor fetches the next ones by itself.
+void prefetchRule( Rules const & rules, size_t rule ) {
    constexpr size_t far = 6; // rules
    constexpr size_t near = 3;
    if ( rule + far < rules.statuses.size() ) {
+      Vorn::prefetch( rules.matches[rule + far].get() );
       Vorn::prefetch( rules.statuses[rule + far].get() );
-      if ( summary ) {
-         Vorn::prefetch( rules.matches[rule + far].get() );
-      }
       if ( auto const & status = rules.statuses[rule + near] ) {
          Vorn::prefetch( status->name().data() );
       }
@@ -171,7 +168,9 @@ void renderRules( RendererV2 & renderer, PolicyState const & state, bool counter
    ActionWriter actions( renderer, state, countersPerInterface );
    renderer.startJsonList( rulesKey );
    for ( size_t rule = 0; rule < rules.matches.size(); ++rule ) {
-      prefetchRule( rules, rule, summary );
+      if ( summary ) {
+         prefetchRule( rules, rule );
+      }
       PolicyMap::ClassMapMatch const & match = *rules.matches[rule];
       PolicyMap::ClassMapStatus const & status = *rules.statuses[rule];
       renderRuleSummary( renderer, status.name(), match.matchOption() );
