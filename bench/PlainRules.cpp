@@ -27,8 +27,11 @@ Prefix prefixOf( unsigned const ( &bytes )[4], unsigned length ) {
 }
 
 std::optional< Filter > parse( char const * line ) {
-   unsigned src[4], srcLength, dst[4], dstLength;
-   unsigned srcLow, srcHigh, dstLow, dstHigh, protocol, protocolMask, flags, flagMask;
+   unsigned src[4] = {};
+   unsigned dst[4] = {};
+   unsigned srcLength = 0, dstLength = 0;
+   unsigned srcLow = 0, srcHigh = 0, dstLow = 0, dstHigh = 0;
+   unsigned protocol = 0, protocolMask = 0, flags = 0, flagMask = 0;
    if ( std::sscanf( line, "@%u.%u.%u.%u/%u %u.%u.%u.%u/%u %u : %u %u : %u %x/%x %x/%x", src,
                      src + 1, src + 2, src + 3, &srcLength, dst, dst + 1, dst + 2, dst + 3,
                      &dstLength, &srcLow, &srcHigh, &dstLow, &dstHigh, &protocol, &protocolMask,

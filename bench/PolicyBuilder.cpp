@@ -180,7 +180,7 @@ void addNamedCounter( PolicyMap::PolicyMapStatus & status, String const & name,
                       Names const & names ) {
    auto const counter = create< PolicyMap::PacketDataStatus >( name );
    counter->uniqueIdIs( Umbo::UniqueId( 1 ) );
-   counter->totalIs( { 1000 * interfaces, 84'000 * interfaces } );
+   counter->totalIs( { uint64_t{ 1000 } * interfaces, uint64_t{ 84'000 } * interfaces } );
    uint64_t id = 2;
    for ( Pelx::IntfId const & port : names.ports ) {
       auto const data = create< PolicyMap::IntfCountData >( port, Umbo::UniqueId( id++ ) );

@@ -38,12 +38,15 @@ public:
    explicit FdStream( int fd )
       : fd_( fd ) {}
 
+   // RapidJSON looks for the operations by these names.
+   // NOLINTBEGIN(readability-identifier-naming)
    void Put( char c ) {
       reserve( 1 );
       putUnsafe( c );
    }
    // RapidJSON flushes at the end of its document; the reply's newline is still to come then.
    void Flush() {}
+   // NOLINTEND(readability-identifier-naming)
 
    void writeOut() {
       for ( char const * from = begin_; from != at_; ) {
@@ -70,12 +73,14 @@ private:
    char * end_ = begin_ + bufferSize;
 };
 
+// NOLINTBEGIN(readability-identifier-naming)
 inline void PutReserve( FdStream & stream, size_t count ) {
    stream.reserve( count );
 }
 inline void PutUnsafe( FdStream & stream, char c ) {
    stream.putUnsafe( c );
 }
+// NOLINTEND(readability-identifier-naming)
 
 class ReferenceWriter {
 public:

@@ -44,7 +44,7 @@ static_assert( std::atomic< uint64_t >::is_always_lock_free );
 
 [[noreturn]] void readAndDrop( int fd, Progress & progress ) {
    static char buffer[256 * 1024];
-   ssize_t got;
+   ssize_t got = 0;
    while ( ( got = ::read( fd, buffer, sizeof buffer ) ) > 0 ) {
       if ( progress.firstByte == 0 ) {
          progress.firstByte = now();

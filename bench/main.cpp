@@ -60,18 +60,55 @@ std::vector< size_t > parseSizes( std::string const & text ) {
    return sizes;
 }
 
+enum Option {
+   rules,
+   filters,
+   seconds,
+   rounds,
+   distinctNames,
+   shuffledStatus,
+   scatteredRecords,
+   csv,
+   help
+};
+
+void takeOption( Options & options, int option ) {
+   switch ( option ) {
+   case rules:
+      options.sizes = parseSizes( optarg );
+      break;
+   case filters:
+      options.filters = optarg;
+      break;
+   case seconds:
+      options.effort.seconds = std::stod( optarg );
+      break;
+   case rounds:
+      options.effort.roundsMin = static_cast< unsigned >( std::stoul( optarg ) );
+      options.effort.roundsMax = std::max( options.effort.roundsMax, options.effort.roundsMin );
+      break;
+   case distinctNames:
+      options.build.sharedNames = false;
+      break;
+   case shuffledStatus:
+      options.build.shuffledStatus = true;
+      break;
+   case scatteredRecords:
+      options.build.scatteredRecords = true;
+      break;
+   case csv:
+      options.csv = optarg;
+      break;
+   case help:
+      std::fputs( usage, stdout );
+      std::exit( 0 );
+   default:
+      std::fputs( usage, stderr );
+      std::exit( 1 );
+   }
+}
+
 Options parseOptions( int argc, char ** argv ) {
-   enum {
-      rules,
-      filters,
-      seconds,
-      rounds,
-      distinctNames,
-      shuffledStatus,
-      scatteredRecords,
-      csv,
-      help
-   };
    static option const known[] = { { "rules", required_argument, nullptr, rules },
                                    { "filters", required_argument, nullptr, filters },
                                    { "seconds", required_argument, nullptr, seconds },
@@ -83,40 +120,8 @@ Options parseOptions( int argc, char ** argv ) {
                                    { "help", no_argument, nullptr, help },
                                    { nullptr, 0, nullptr, 0 } };
    Options options;
-   for ( int found; ( found = getopt_long( argc, argv, "", known, nullptr ) ) != -1; ) {
-      switch ( found ) {
-      case rules:
-         options.sizes = parseSizes( optarg );
-         break;
-      case filters:
-         options.filters = optarg;
-         break;
-      case seconds:
-         options.effort.seconds = std::stod( optarg );
-         break;
-      case rounds:
-         options.effort.roundsMin = static_cast< unsigned >( std::stoul( optarg ) );
-         options.effort.roundsMax = std::max( options.effort.roundsMax, options.effort.roundsMin );
-         break;
-      case distinctNames:
-         options.build.sharedNames = false;
-         break;
-      case shuffledStatus:
-         options.build.shuffledStatus = true;
-         break;
-      case scatteredRecords:
-         options.build.scatteredRecords = true;
-         break;
-      case csv:
-         options.csv = optarg;
-         break;
-      case help:
-         std::fputs( usage, stdout );
-         std::exit( 0 );
-      default:
-         std::fputs( usage, stderr );
-         std::exit( 1 );
-      }
+   for ( int found = 0; ( found = getopt_long( argc, argv, "", known, nullptr ) ) != -1; ) {
+      takeOption( options, found );
    }
    return options;
 }
