@@ -79,9 +79,6 @@ Options parseArguments( int argc, char ** argv ) {
    if ( storeGiven && options.counterStorePath.empty() ) {
       throw UsageError( "--counter-store needs a file name" );
    }
-   if ( !storeGiven && options.statePath != "-" ) {
-      options.counterStorePath = options.statePath + ".counters";
-   }
    return options;
 }
 

@@ -10,8 +10,8 @@
 namespace tpcli {
 
 struct Options {
-   std::string statePath;        // "-" is standard input
-   std::string counterStorePath; // empty: no store is read, none can be written
+   std::string statePath;        // what the source is looked up by; "-" is standard input
+   std::string counterStorePath; // empty: the source's own
    uint32_t traceLevels = 0;     // bit n: level n
    bool json = false;
    bool help = false;

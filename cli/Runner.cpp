@@ -2,9 +2,10 @@
 
 #include "TrafficPolicy/platform/vorn/Construct.h"
 #include "TrafficPolicy/platform/wendo/WendoBuffer.h"
-#include "cli/CounterStore.h"
 #include "cli/Errors.h"
 #include "cli/TypesCommand.h"
+#include "sources/Source.h"
+#include "sources/file/CounterStore.h"
 
 #include <unistd.h>
 
@@ -48,9 +49,17 @@ Vorn::Ptr< TrafficPolicyCli::ShowTrafficPolicyBase > makeShow( Command const & c
    return Vorn::Ptr( static_cast< TrafficPolicyCli::ShowTrafficPolicyBase * >( show.get() ) );
 }
 
+// Empty where no store is read and none can be written.
+std::string counterStorePath( Options const & options, Source const & source ) {
+   return options.counterStorePath.empty() ? source.defaultCounterStore()
+                                           : options.counterStorePath;
+}
+
 void show( Options const & options, Command const & command, Workspace & workspace ) {
-   workspace.state = readState( options.statePath );
-   workspace.counterStore = readCounterStore( options.counterStorePath, *workspace.state.status );
+   auto const source = findSource( options.statePath );
+   workspace.state = source->read().state;
+   workspace.counterStore =
+      readCounterStore( counterStorePath( options, *source ), *workspace.state.status );
    workspace.show = makeShow( command, workspace );
    unsigned const format = command.json || options.json ? formatJson : formatText;
    workspace.show->render( STDOUT_FILENO, format, revision );
@@ -66,15 +75,17 @@ void types( Options const & options, Command const & command ) {
 }
 
 void clear( Options const & options, Workspace & workspace ) {
-   if ( options.counterStorePath.empty() ) {
+   auto const source = findSource( options.statePath );
+   std::string const path = counterStorePath( options, *source );
+   if ( path.empty() ) {
       throw UsageError( "a clear of a state from standard input needs --counter-store" );
    }
-   State & state = workspace.state = readState( options.statePath );
-   CounterStoreLock const lock( options.counterStorePath );
+   State & state = workspace.state = source->read().state;
+   CounterStoreLock const lock( path );
    auto & store = workspace.counterStore;
-   store = readCounterStore( options.counterStorePath, *state.status );
+   store = readCounterStore( path, *state.status );
    TrafficPolicyCli::trafficPolicyCounterFactory( state.status, store )->clearCounter();
-   writeCounterStore( options.counterStorePath, *store );
+   writeCounterStore( path, *store );
 }
 
 void run( Options const & options, std::vector< std::string > const & words,

@@ -4,7 +4,7 @@
 
 #include "TrafficPolicy/TrafficPolicyShowCliHelper.h"
 #include "cli/CommandLine.h"
-#include "cli/State.h"
+#include "sources/State.h"
 
 namespace tpcli {
 

@@ -3,10 +3,8 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS TrafficPolicy EXPORT TrafficPolicyTargets)
-if(library_headers)
-   install(DIRECTORY TrafficPolicy DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
-           FILES_MATCHING PATTERN "*.h")
-endif()
+install(DIRECTORY TrafficPolicy DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+        FILES_MATCHING PATTERN "*.h")
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/TrafficPolicy")
 install(EXPORT TrafficPolicyTargets NAMESPACE TrafficPolicy:: DESTINATION "${package_dir}")
@@ -17,10 +15,7 @@ install(FILES "${CMAKE_CURRENT_BINARY_DIR}/TrafficPolicyConfig.cmake"
               "${CMAKE_CURRENT_BINARY_DIR}/TrafficPolicyConfigVersion.cmake"
         DESTINATION "${package_dir}")
 
-if(TARGET tpcli)
+if(TP_CLI)
    install(TARGETS tpcli)
-endif()
-file(GLOB man_pages CONFIGURE_DEPENDS docs/*.1)
-if(man_pages)
-   install(FILES ${man_pages} DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+   install(FILES docs/tpcli.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 endif()

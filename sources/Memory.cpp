@@ -1,4 +1,4 @@
-#include "cli/Memory.h"
+#include "sources/Memory.h"
 
 #include <malloc.h>
 #include <sys/mman.h>

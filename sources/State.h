@@ -1,12 +1,10 @@
-// The records that a state file fills: what the shows and the clear command work on.
+// The records that a source fills: what the shows and the clear command work on.
 
 #pragma once
 
 #include "TrafficPolicy/platform/records/ConfigRecords.h"
 #include "TrafficPolicy/platform/records/StatusRecords.h"
 #include "TrafficPolicy/platform/vorn/Create.h"
-
-#include <string>
 
 namespace tpcli {
 
@@ -19,11 +17,8 @@ struct State {
    Vorn::Ptr< TrafficPolicy::Status > status = Vorn::create< TrafficPolicy::Status >();
    Vorn::Ptr< Ip::AllVrfConfig > allVrfConfig = Vorn::create< Ip::AllVrfConfig >();
    Vorn::Ptr< L3::Intf::StatusDir > l3IntfStatusDir = Vorn::create< L3::Intf::StatusDir >();
-   // Null where the file says nothing of it.
+   // Null where the source says nothing of it.
    Vorn::Ptr< TrafficPolicy::TrafficPolicyIntfParamStatus > policyParamStatus;
 };
-
-// Reads a state file; "-" is standard input. Throws FileError, with the place in the file.
-State readState( std::string const & path );
 
 } // namespace tpcli

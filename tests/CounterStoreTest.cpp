@@ -1,9 +1,9 @@
 // Counter stores on disk, and input files of any size and kind.
 
-#include "cli/CounterStore.h"
+#include "sources/file/CounterStore.h"
 
-#include "cli/Errors.h"
-#include "cli/InputFile.h"
+#include "sources/FileError.h"
+#include "sources/json/InputFile.h"
 #include "tests/Support.h"
 
 #include <gmock/gmock.h>

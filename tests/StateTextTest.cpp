@@ -1,8 +1,8 @@
 // State files: texts that say the same in other bytes, and texts that are broken anywhere.
 
 #include "TrafficPolicy/TrafficPolicyShowCliHelper.h"
-#include "cli/Errors.h"
-#include "cli/State.h"
+#include "sources/FileError.h"
+#include "sources/Source.h"
 #include "tests/Support.h"
 
 #include <gmock/gmock.h>
@@ -27,7 +27,7 @@ class StateText : public testing::Test {
 protected:
    tpcli::State read( std::string_view text ) {
       test::writeFile( path_, text );
-      return tpcli::readState( path_ );
+      return tpcli::findSource( path_ )->read().state;
    }
    // The error that the text is refused with; empty when it is read.
    std::string error( std::string_view text ) {
@@ -89,6 +89,11 @@ TEST_F( StateText, IsReadWhateverItsForm ) {
       }
       ASSERT_EQ( shown( read( text ) ), wanted ) << text;
    }
+}
+
+TEST_F( StateText, KnowsItsCounterStore ) {
+   EXPECT_EQ( tpcli::findSource( "a/b" )->defaultCounterStore(), "a/b.counters" );
+   EXPECT_EQ( tpcli::findSource( "-" )->defaultCounterStore(), "" );
 }
 
 bool isJson( std::string const & text ) {

@@ -1,8 +1,8 @@
 // A rule's actions.
 
-#include "cli/SharedNames.h"
-#include "cli/StateReader.h"
-#include "cli/ValueReaders.h"
+#include "sources/SharedNames.h"
+#include "sources/file/StateReader.h"
+#include "sources/file/ValueReaders.h"
 
 namespace tpcli {
 

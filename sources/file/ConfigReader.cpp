@@ -2,9 +2,9 @@
 
 #include "TrafficPolicy/platform/vorn/Prefetch.h"
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
-#include "cli/SharedNames.h"
-#include "cli/StateReader.h"
-#include "cli/ValueReaders.h"
+#include "sources/SharedNames.h"
+#include "sources/file/StateReader.h"
+#include "sources/file/ValueReaders.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,9 +1,9 @@
-#include "cli/CounterStore.h"
+#include "sources/file/CounterStore.h"
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 #include "TrafficPolicy/platform/wendo/WendoBuffer.h"
-#include "cli/CounterStoreWriter.h"
-#include "cli/Errors.h"
+#include "sources/FileError.h"
+#include "sources/file/CounterStoreWriter.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -6,7 +6,7 @@
 #pragma once
 
 #include "TrafficPolicy/platform/records/StatusRecords.h"
-#include "cli/FileDescriptor.h"
+#include "sources/FileDescriptor.h"
 
 #include <string>
 

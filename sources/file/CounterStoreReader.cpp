@@ -1,9 +1,9 @@
 // Reading a counter store from disk.
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
-#include "cli/CounterStore.h"
-#include "cli/SharedNames.h"
-#include "cli/ValueReaders.h"
+#include "sources/SharedNames.h"
+#include "sources/file/CounterStore.h"
+#include "sources/file/ValueReaders.h"
 
 #include <sys/stat.h>
 

@@ -1,4 +1,4 @@
-#include "cli/CounterStoreWriter.h"
+#include "sources/file/CounterStoreWriter.h"
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 #include "TrafficPolicy/views/RendererV2.h"

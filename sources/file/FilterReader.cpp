@@ -1,7 +1,7 @@
 // A rule's match conditions in one family.
 
-#include "cli/StateReader.h"
-#include "cli/ValueReaders.h"
+#include "sources/file/StateReader.h"
+#include "sources/file/ValueReaders.h"
 
 namespace tpcli {
 

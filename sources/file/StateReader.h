@@ -2,8 +2,8 @@
 
 #pragma once
 
-#include "cli/JsonReader.h"
-#include "cli/State.h"
+#include "sources/State.h"
+#include "sources/json/JsonReader.h"
 
 namespace tpcli {
 

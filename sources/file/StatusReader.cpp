@@ -1,9 +1,9 @@
 // The status: what the hardware side has processed, and its counts.
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
-#include "cli/SharedNames.h"
-#include "cli/StateReader.h"
-#include "cli/ValueReaders.h"
+#include "sources/SharedNames.h"
+#include "sources/file/StateReader.h"
+#include "sources/file/ValueReaders.h"
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include "cli/ValueReaders.h"
+#include "sources/file/ValueReaders.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>

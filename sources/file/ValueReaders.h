@@ -7,7 +7,7 @@
 #include "TrafficPolicy/platform/records/Ranges.h"
 #include "TrafficPolicy/platform/values/IpGenPrefix.h"
 #include "TrafficPolicy/platform/values/VrfName.h"
-#include "cli/JsonReader.h"
+#include "sources/json/JsonReader.h"
 
 namespace tpcli {
 

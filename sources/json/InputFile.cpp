@@ -1,9 +1,9 @@
-#include "cli/InputFile.h"
+#include "sources/json/InputFile.h"
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
-#include "cli/Errors.h"
-#include "cli/FileDescriptor.h"
-#include "cli/Memory.h"
+#include "sources/FileDescriptor.h"
+#include "sources/FileError.h"
+#include "sources/Memory.h"
 
 #include <fcntl.h>
 #include <simdjson.h>

@@ -1,6 +1,6 @@
-#include "cli/JsonReader.h"
+#include "sources/json/JsonReader.h"
 
-#include "cli/Errors.h"
+#include "sources/FileError.h"
 
 #include <rapidjson/error/en.h>
 #include <rapidjson/memorystream.h>

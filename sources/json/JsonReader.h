@@ -8,8 +8,8 @@
 
 #pragma once
 
-#include "cli/InputFile.h"
-#include "cli/Memory.h"
+#include "sources/Memory.h"
+#include "sources/json/InputFile.h"
 
 #include <simdjson.h>
 

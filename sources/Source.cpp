@@ -1,0 +1,34 @@
+#include "sources/Source.h"
+
+#include "sources/file/StateFile.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+namespace tpcli {
+
+namespace {
+
+template< typename Kind >
+std::unique_ptr< Source > make( std::string const & text ) {
+   return std::make_unique< Kind >( text );
+}
+
+// The kinds of sources by what their texts begin with; the first that fits is taken, and the last
+// fits any text.
+constexpr struct {
+   std::string_view begin;
+   std::unique_ptr< Source > ( *make )( std::string const & text );
+} kinds[] = { { "", make< StateFile > } };
+static_assert( std::end( kinds )[-1].begin.empty() );
+
+} // namespace
+
+std::unique_ptr< Source > findSource( std::string const & text ) {
+   return std::find_if( std::begin( kinds ), std::end( kinds ),
+                        [&]( auto const & kind ) { return text.starts_with( kind.begin ); } )
+      ->make( text );
+}
+
+} // namespace tpcli
