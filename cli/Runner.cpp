@@ -12,7 +12,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <new>
-#include <sstream>
 #include <system_error>
 #include <vector>
 
@@ -67,10 +66,10 @@ void show( Options const & options, Command const & command, Workspace & workspa
 
 // Written like every other reply, so that an error of the output is noticed in the same way.
 void types( Options const & options, Command const & command ) {
-   std::ostringstream text;
-   listTypes( text, command.name, command.json || options.json );
+   unsigned const format = command.json || options.json ? formatJson : formatText;
    wendo::WendoBuffer buffer( STDOUT_FILENO, wendo::WendoBuffer::viewCapacity, false );
-   buffer.append( text.view() );
+   wendo::RendererV2 renderer( wendo::OutputFormat_t{ format }, buffer );
+   listTypes( renderer, command.name );
    buffer.flush();
 }
 

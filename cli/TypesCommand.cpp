@@ -7,9 +7,7 @@
 #include "cli/Errors.h"
 
 #include <algorithm>
-#include <ostream>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace tpcli {
@@ -18,6 +16,9 @@ namespace {
 
 using Vorn::AttributeRow;
 using Vorn::TypeRecord;
+using wendo::JsonKey;
+using wendo::JustifyLeft;
+using wendo::RendererV2;
 
 TypeRecord const & findType( std::string_view name ) {
    if ( TypeRecord const * type = TypeRecord::find( name ) ) {
@@ -56,64 +57,63 @@ std::vector< Attribute > attributesOf( TypeRecord const & type ) {
    return result;
 }
 
-// Calls the action for each element and writes the separator between two.
-template< typename Range, typename Each >
-void writeList( std::ostream & out, Range const & range, std::string_view separator,
-                Each const & each ) {
-   bool first = true;
-   for ( auto const & element : range ) {
-      out << ( std::exchange( first, false ) ? std::string_view() : separator );
-      each( element );
-   }
-}
+constexpr JsonKey nameKey( "name" );
 
-// C++ names need no escaping.
-void writeMember( std::ostream & out, char const * name, std::string_view text ) {
-   out << '"' << name << "\":\"" << text << '"';
-}
-
-void writeJson( std::ostream & out, Attribute const & attribute ) {
+void writeAttribute( RendererV2 & renderer, Attribute const & attribute ) {
+   static constexpr JsonKey declarer( "class" );
+   static constexpr JsonKey kind( "kind" );
+   static constexpr JsonKey key( "key" );
+   static constexpr JsonKey value( "value" );
+   static constexpr JsonKey operationsKey( "operations" );
    Vorn::AttributeOperations const & operations = *attribute.row.operations;
-   writeMember( out << '{', "name", attribute.row.name );
-   writeMember( out << ',', "class", attribute.declarer.name() );
-   writeMember( out << ',', "kind", attributeKindName( attribute.row.kind ) );
+   renderer._startJsonListEntry();
+   renderer._addJsonKeyValuePair( nameKey, attribute.row.name );
+   renderer._addJsonKeyValuePair( declarer, attribute.declarer.name() );
+   renderer._addJsonKeyValuePair( kind, attributeKindName( attribute.row.kind ) );
    if ( !operations.keyType.empty() ) {
-      writeMember( out << ',', "key", operations.keyType );
+      renderer._addJsonKeyValuePair( key, operations.keyType );
    }
    if ( !operations.valueType.empty() ) {
-      writeMember( out << ',', "value", operations.valueType );
+      renderer._addJsonKeyValuePair( value, operations.valueType );
    }
-   out << ",\"operations\":[";
-   writeList( out, operations.names(), ",",
-              [&out]( std::string_view name ) { out << '"' << name << '"'; } );
-   out << "]}";
+   renderer._startJsonList( operationsKey );
+   for ( std::string_view const name : operations.names() ) {
+      renderer._addJsonKeyValuePair( wendo::listElement, name );
+   }
+   renderer.endJsonList();
+   renderer.endJsonListEntry();
 }
 
-void writeJson( std::ostream & out, TypeRecord const & type ) {
-   writeMember( out << '{', "name", type.name() );
-   out << ',';
+void writeMembers( RendererV2 & renderer, TypeRecord const & type ) {
+   static constexpr JsonKey base( "base" );
+   static constexpr JsonKey constructor( "constructor" );
+   static constexpr JsonKey parameterType( "type" );
+   static constexpr JsonKey attributes( "attributes" );
+   renderer._addJsonKeyValuePair( nameKey, type.name() );
    if ( type.base() ) {
-      writeMember( out, "base", type.base()->name() );
+      renderer._addJsonKeyValuePair( base, type.base()->name() );
    } else {
-      out << "\"base\":null";
+      renderer._addJsonKeyValuePair( base, nullptr );
    }
-   out << ",\"constructor\":[";
-   writeList( out, type.constructor()->parameters, ",",
-              [&out]( Vorn::ParameterRow const & parameter ) {
-                 writeMember( out << '{', "name", parameter.name );
-                 writeMember( out << ',', "type", parameter.type );
-                 out << '}';
-              } );
-   out << "],\"attributes\":[";
-   writeList( out, attributesOf( type ), ",",
-              [&out]( Attribute const & attribute ) { writeJson( out, attribute ); } );
-   out << "]}";
+   renderer._startJsonList( constructor );
+   for ( auto const & [name, typeName] : type.constructor()->parameters ) {
+      renderer._startJsonListEntry();
+      renderer._addJsonKeyValuePair( nameKey, name );
+      renderer._addJsonKeyValuePair( parameterType, typeName );
+      renderer.endJsonListEntry();
+   }
+   renderer.endJsonList();
+   renderer._startJsonList( attributes );
+   for ( Attribute const & attribute : attributesOf( type ) ) {
+      writeAttribute( renderer, attribute );
+   }
+   renderer.endJsonList();
 }
 
 using Row = std::vector< std::string >;
 
 // Indented columns, as wide as their widest cells.
-void writeTable( std::ostream & out, std::vector< Row > const & rows ) {
+void writeTable( RendererV2 & renderer, std::vector< Row > const & rows ) {
    std::vector< size_t > widths;
    for ( Row const & row : rows ) {
       widths.resize( std::max( widths.size(), row.size() ) );
@@ -122,11 +122,11 @@ void writeTable( std::ostream & out, std::vector< Row > const & rows ) {
       }
    }
    for ( Row const & row : rows ) {
-      out << "  ";
+      renderer.write( "  " );
       for ( size_t at = 0; at + 1 < row.size(); ++at ) {
-         out << "    " << row[at] << std::string( widths[at] - row[at].size(), ' ' );
+         renderer.write( "    ", JustifyLeft{ row[at], static_cast< unsigned >( widths[at] ) } );
       }
-      out << "    " << row.back() << '\n';
+      renderer.write( "    ", std::string_view( row.back() ), '\n' );
    }
 }
 
@@ -137,9 +137,9 @@ std::string typesOf( Vorn::AttributeOperations const & operations ) {
 }
 
 // One table for each class of the line, the base classes first.
-void writeAttributes( std::ostream & out, TypeRecord const & type ) {
+void writeAttributes( RendererV2 & renderer, TypeRecord const & type ) {
    if ( type.base() ) {
-      writeAttributes( out, *type.base() );
+      writeAttributes( renderer, *type.base() );
    }
    std::vector< Row > rows;
    for ( AttributeRow const & row : type.attributes() ) {
@@ -151,42 +151,57 @@ void writeAttributes( std::ostream & out, TypeRecord const & type ) {
                         typesOf( *row.operations ), operations } );
    }
    if ( !rows.empty() ) {
-      out << "   attributes of " << type.name() << ":\n";
+      renderer.write( "   attributes of ", type.name(), ":\n" );
    }
-   writeTable( out, rows );
+   writeTable( renderer, rows );
 }
 
-void writeText( std::ostream & out, TypeRecord const & type ) {
-   out << type.name() << "\n   base: " << ( type.base() ? type.base()->name() : "none" ) << '\n';
+void writeText( RendererV2 & renderer, TypeRecord const & type ) {
+   renderer.write( type.name(), "\n   base: ", type.base() ? type.base()->name() : "none",
+                   "\n   constructor:" );
    std::vector< Row > parameters;
    for ( auto const & [name, typeName] : type.constructor()->parameters ) {
       parameters.push_back( { std::string( name ), std::string( typeName ) } );
    }
-   out << "   constructor:" << ( parameters.empty() ? " no parameters\n" : "\n" );
-   writeTable( out, parameters );
-   writeAttributes( out, type );
+   renderer.addFrill( parameters.empty() ? " no parameters\n" : "\n" );
+   writeTable( renderer, parameters );
+   writeAttributes( renderer, type );
+}
+
+void listType( RendererV2 & renderer, TypeRecord const & type ) {
+   if ( renderer.isJson() ) {
+      renderer.startJsonRoot();
+      writeMembers( renderer, type );
+      renderer.endJsonRoot();
+   } else {
+      writeText( renderer, type );
+   }
+}
+
+void listAll( RendererV2 & renderer ) {
+   static constexpr JsonKey classes( "classes" );
+   renderer.startJsonRoot();
+   renderer.startJsonList( classes );
+   for ( TypeRecord const * type : TypeRecord::sorted() ) {
+      renderer.startJsonListEntry();
+      if ( renderer.isJson() ) {
+         writeMembers( renderer, *type );
+      } else {
+         renderer.write( type->name(), '\n' );
+      }
+      renderer.endJsonListEntry();
+   }
+   renderer.endJsonList();
+   renderer.endJsonRoot();
 }
 
 } // namespace
 
-void listTypes( std::ostream & out, std::string_view name, bool json ) {
-   if ( !name.empty() ) {
-      TypeRecord const & type = findType( name );
-      if ( json ) {
-         writeJson( out, type );
-         out << '\n';
-      } else {
-         writeText( out, type );
-      }
-   } else if ( json ) {
-      out << "{\"classes\":[";
-      writeList( out, TypeRecord::sorted(), ",",
-                 [&out]( TypeRecord const * type ) { writeJson( out, *type ); } );
-      out << "]}\n";
+void listTypes( RendererV2 & renderer, std::string_view name ) {
+   if ( name.empty() ) {
+      listAll( renderer );
    } else {
-      for ( TypeRecord const * type : TypeRecord::sorted() ) {
-         out << type->name() << '\n';
-      }
+      listType( renderer, findType( name ) );
    }
 }
 

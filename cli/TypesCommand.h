@@ -2,7 +2,8 @@
 
 #pragma once
 
-#include <iosfwd>
+#include "TrafficPolicy/views/RendererV2.h"
+
 #include <string_view>
 
 namespace tpcli {
@@ -11,6 +12,6 @@ namespace tpcli {
 // constructor, and attributes, inherited ones included. The name is qualified, or its last part
 // where that is enough. As JSON: one object on one line, with everything about every class when
 // none is named. Throws UsageError when no class or more than one has the name.
-void listTypes( std::ostream & out, std::string_view name, bool json );
+void listTypes( wendo::RendererV2 & renderer, std::string_view name );
 
 } // namespace tpcli

@@ -1,6 +1,7 @@
 // The renderer's bytes, and the texts of numbers and prefixes.
 
 #include "TrafficPolicy/views/RendererV2.h"
+#include "tests/Support.h"
 
 #include <gtest/gtest.h>
 
@@ -20,29 +21,9 @@ using wendo::JustifyLeft;
 using wendo::OutputFormat_t;
 using wendo::RendererV2;
 
-// A buffer of a few bytes that collects what is flushed.
-class Memory : public wendo::PrintBuffer {
-public:
-   Memory()
-      : PrintBuffer( bytes_, sizeof bytes_ ) {}
-   void flush() override {
-      text_ += committed();
-      discard();
-   }
-   std::string text() {
-      flush();
-      return text_;
-   }
-
-private:
-   void makeRoom() override { flush(); }
-   char bytes_[200];
-   std::string text_;
-};
-
 template< typename Function >
 std::string rendered( OutputFormat_t format, Function const & function ) {
-   Memory memory;
+   test::TextBuffer memory;
    RendererV2 renderer( format, memory );
    function( renderer );
    return memory.text();
@@ -148,7 +129,8 @@ TEST( Renderer, FieldsAndLongTexts ) {
                            } ),
                  text + "\"" + text + "\"" + text );
    }
-   EXPECT_DEATH( Memory().getBuffer( 201 ), "endPtr - writePtr >= ptrdiff_t\\( required \\)" );
+   EXPECT_DEATH( test::TextBuffer().getBuffer( 201 ),
+                 "endPtr - writePtr >= ptrdiff_t\\( required \\)" );
 }
 
 TEST( Renderer, Numbers ) {

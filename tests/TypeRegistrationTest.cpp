@@ -7,11 +7,11 @@
 #include "TrafficPolicy/platform/vorn/Describe.h"
 #include "cli/Errors.h"
 #include "cli/TypesCommand.h"
+#include "tests/Support.h"
 
 #include <gmock/gmock.h>
 
 #include <functional>
-#include <sstream>
 
 namespace TypeRegistration {
 
@@ -199,10 +199,17 @@ TEST( TypeRegistration, whatDoesNotFitIsRefusedAndChangesNothing ) {
    EXPECT_EQ( lamp.read( "neighbour" ), Value::Entity() );
 }
 
+// What `types NAME` writes.
+std::string listed( std::string_view name, wendo::OutputFormat_t format ) {
+   test::TextBuffer buffer;
+   wendo::RendererV2 renderer( format, buffer );
+   tpcli::listTypes( renderer, name );
+   return buffer.text();
+}
+
 TEST( TypeRegistration, typesAreListed ) {
-   std::ostringstream text;
-   tpcli::listTypes( text, "NamedLamp", false );
-   EXPECT_EQ( text.str(), R"(TypeRegistration::NamedLamp
+   using enum wendo::OutputFormat_t;
+   EXPECT_EQ( listed( "NamedLamp", TEXT ), R"(TypeRegistration::NamedLamp
    base: TypeRegistration::Lamp
    constructor:
       watts    unsigned char
@@ -214,12 +221,10 @@ TEST( TypeRegistration, typesAreListed ) {
    attributes of TypeRegistration::NamedLamp:
       name    input       Vorn::String                                          read
       bulb    children    unsigned char -> Vorn::Ptr<TypeRegistration::Lamp>    )"
-                          "lookup, create, delete, empty, iterate\n" );
-   std::ostringstream json;
-   tpcli::listTypes( json, "PerAfVrfList", true );
-   EXPECT_THAT( json.str(),
+                                           "lookup, create, delete, empty, iterate\n" );
+   EXPECT_THAT( listed( "PerAfVrfList", JSON ),
                 HasSubstr( R"("key":"L3::VrfName","value":"bool","operations":["lo)" ) );
-   EXPECT_THROW( tpcli::listTypes( json, "Status", false ), tpcli::UsageError );
+   EXPECT_THROW( listed( "Status", TEXT ), tpcli::UsageError );
 }
 
 } // namespace TypeRegistration

@@ -29,6 +29,7 @@ EXCEPTIONS = {
     ("TrafficPolicy/counters/CounterView.h", "TrafficPolicy/views/RendererV2.h"),
     ("TrafficPolicy/counters/CounterView.h", "TrafficPolicy/views/Selection.h"),
     ("sources/file/CounterStoreWriter.cpp", "TrafficPolicy/views/RendererV2.h"),
+    ("cli/TypesCommand.h", "TrafficPolicy/views/RendererV2.h"),
 }
 
 

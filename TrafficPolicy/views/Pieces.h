@@ -191,6 +191,13 @@ inline char * put( char * to, Json< bool > json ) {
    return put( to, names[json.value] );
 }
 
+constexpr size_t room( Json< std::nullptr_t > ) {
+   return 4;
+}
+inline char * put( char * to, Json< std::nullptr_t > ) {
+   return put( to, "null" );
+}
+
 // Quoted, without anything to escape.
 template< typename Value >
    requires std::same_as< Value, PlainText > || std::same_as< Value, Pelx::IpGenPrefix >
