@@ -204,6 +204,59 @@ TEST( IteratorsDeathTest, AreChecked ) {
    EXPECT_DEATH( *moved, "Assertion `iter_' failed" );
 }
 
+// An iterator erases from its own collection only.
+TEST( IteratorsDeathTest, OfAnotherCollectionAreRefused ) {
+   Vorn::HashMap< unsigned, unsigned > maps[2];
+   Vorn::OrderedMap< unsigned, unsigned > trees[2];
+   Vorn::IndexedArray< int > arrays[2];
+   for ( unsigned i = 0; i < 2; ++i ) {
+      maps[i].set( 1, 1 );
+      trees[i].set( 1, 1 );
+      arrays[i].set( 0, 1 );
+   }
+   EXPECT_DEATH( maps[0].erase( maps[1].begin() ), "Assertion `iter_' failed" );
+   EXPECT_DEATH( trees[0].erase( trees[1].begin() ), "Assertion `iter_' failed" );
+   EXPECT_DEATH( arrays[0].erase( arrays[1].begin() ), "Assertion `iter_' failed" );
+   auto const stale = arrays[0].begin();
+   arrays[0].clear();
+   arrays[0].set( 0, 1 );
+   EXPECT_DEATH( *stale, "Assertion `iter_' failed" );
+   EXPECT_DEATH( arrays[0].erase( stale ), "Assertion `iter_' failed" );
+}
+
+// What is inserted may stand in the collection itself, also when that grows.
+TEST( Collections, TakeValuesOfTheirOwn ) {
+   Vorn::String const text = "a text";
+   Vorn::IndexedArray< Vorn::Ptr< Vorn::PtrInterface const > > array;
+   array.set( 0, TrafficPolicyCli::policyStateFactory( text ) );
+   for ( unsigned const index : { 1u, 5000u, 20'000u } ) {
+      array.set( index, array.at( 0 ) );
+      EXPECT_EQ( array.at( index ), array.at( 0 ) );
+   }
+   Vorn::HashMap< Vorn::String, Vorn::String > map;
+   Vorn::SortedArray< Vorn::String, Vorn::String > sorted;
+   Vorn::OrderedMap< Vorn::String, Vorn::String > tree;
+   Vorn::HashSet< Vorn::String > set;
+   map.set( "0", "1" );
+   sorted.set( "0", "1" );
+   tree.set( "0", "1" );
+   set.insert( "0" );
+   for ( unsigned i = 1; i < 100; ++i ) {
+      std::string const last = std::to_string( i - 1 );
+      std::string const next = std::to_string( i + 1 );
+      Vorn::String const & key = *map.lookup( Vorn::String( last ) );
+      EXPECT_TRUE( map.set( key, next.c_str() ) );
+      EXPECT_TRUE( sorted.set( *sorted.lookup( Vorn::String( last ) ), next.c_str() ) );
+      EXPECT_TRUE( tree.set( *tree.lookup( Vorn::String( last ) ), next.c_str() ) );
+      EXPECT_EQ( *map.lookup( Vorn::String( std::to_string( i ) ) ), next );
+      EXPECT_FALSE( set.insert( *set.begin() ) );
+   }
+   EXPECT_EQ( map.size(), 100u );
+   EXPECT_EQ( sorted.size(), 100u );
+   EXPECT_EQ( tree.size(), 100u );
+   EXPECT_EQ( text == "a text", true );
+}
+
 TEST( OrderedCollections, RandomOperations ) {
    Random random( 2 );
    Vorn::OrderedMap< unsigned, unsigned > tree;

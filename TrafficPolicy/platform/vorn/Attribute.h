@@ -108,7 +108,7 @@ public:                                                                         
    }                                                                                               \
    VORN_DECLARED( input, name )                                                                    \
 private:                                                                                           \
-   Type name##_;                                                                                   \
+   Type name##_{};                                                                                 \
                                                                                                    \
 public:
 

@@ -5,6 +5,7 @@
 
 #include "TrafficPolicy/platform/vorn/Create.h"
 #include "TrafficPolicy/platform/vorn/DescribeAttributes.h"
+#include "TrafficPolicy/platform/vorn/Inputs.h"
 
 #include <array>
 #include <tuple>
@@ -12,30 +13,6 @@
 #include <utility>
 
 namespace Vorn {
-
-// The input that the line declares, in a tuple of one; an empty one for another attribute.
-template< typename Class, int line >
-constexpr auto inputAt() {
-   if constexpr ( declaredAt< Class, line >.kind == AttributeKind::input ) {
-      return std::tuple< RowTag< Class, line > >();
-   } else {
-      return std::tuple<>();
-   }
-}
-
-// The inputs, in the order of the constructor's parameters.
-template< typename Class >
-constexpr auto inputsOf() {
-   if constexpr ( std::is_same_v< Class, PtrInterface > ) {
-      return std::tuple<>();
-   } else {
-      return []< size_t... i >( std::index_sequence< i... > ) {
-         return std::tuple_cat( inputsOf< typename Class::VornBase >(),
-                                inputAt< Class, declaredLines< Class >[i] >()... );
-      }
-      ( std::make_index_sequence< declaredLines< Class >.size() >() );
-   }
-}
 
 // An argument that is a T and turns into nothing else: so that parameters in another order, or of a
 // type that a T merely converts to, are rejected.

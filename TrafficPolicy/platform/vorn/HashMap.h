@@ -36,7 +36,8 @@ public:
    using ValueType = Value;
 
    // Finds keys that come in about the map's own order without hashing them: a search begins at the
-   // entry behind the last one found, or so many behind it as the caller says. For a map that does
+   // entry behind the last one found, or so many behind it as the caller says. Where the values are
+   // records, a search also prefetches those of entries to come (Prefetch.h). For a map that does
    // not change while the cursor is there.
    class Cursor {
    public:
@@ -47,6 +48,7 @@ public:
       // The key's value, or null.
       template< typename Lookup >
       Value const * find( Lookup const & key, uint32_t distance = 1 ) {
+         prefetchRecords();
          size_t const near = size_t{ next_ } - 1 + distance;
          if ( isLive( near ) && entries_[near].key == key ) {
             next_ = static_cast< uint32_t >( near + 1 );
@@ -60,13 +62,32 @@ public:
          return &map_.entry( at ).value;
       }
 
-      // The value that stands so many entries behind the last one found, or null.
+      // The entry behind the last one found, or null at the end.
+      HashMapEntry< Key, Value > const * next() {
+         prefetchRecords();
+         while ( next_ < entries_.size() ) {
+            if ( isLive( next_++ ) ) {
+               return &entries_[next_ - 1];
+            }
+         }
+         return nullptr;
+      }
+
+      // The value so many entries behind the last one found, or null.
       Value const * ahead( uint32_t distance ) const {
          size_t const at = size_t{ next_ } - 1 + distance;
          return isLive( at ) ? &entries_[at].value : nullptr;
       }
 
    private:
+      void prefetchRecords() const {
+         if constexpr ( requires { typename Value::Element; } ) {
+            prefetchAhead< typename Value::Element >( [&]( uint32_t distance ) {
+               Value const * value = ahead( distance );
+               return value ? value->get() : nullptr;
+            } );
+         }
+      }
       bool isLive( size_t at ) const {
          return at < entries_.size()
                 && ( dense_ || map_.Table::isLive( static_cast< uint32_t >( at ) ) );
@@ -101,6 +122,22 @@ public:
       return true;
    }
 };
+
+// Visits the entries of a map of records, each with the key that it has in another map, whose index
+// is prefetched for that key: for a walk that looks up or sets an entry there for each one here.
+// keyOf( record ) makes the key of a record that is not null; visit( entry ) may change the other
+// map.
+template< typename Records, typename Other, typename KeyOf, typename Visit >
+void forEachWithin( Records const & records, Other const & other, KeyOf const & keyOf,
+                    Visit const & visit ) {
+   typename Records::Cursor at( records );
+   while ( auto const * entry = at.next() ) {
+      if ( auto const * record = at.ahead( prefetchStride ); record && *record ) {
+         other.prefetch( keyOf( **record ) );
+      }
+      visit( *entry );
+   }
+}
 
 struct HashSetKeyOf {
    template< typename Entry >

@@ -8,9 +8,10 @@
 // An index slot holds a position and, in the bits that the position leaves free, a part of the
 // hash, so that a search rarely touches an entry that is not the one.
 //
-// Iterators are checked: an ended one, and one that is older than the last deletion, fails the
-// assertion "iter_". Insertion keeps iterators
-// (unless it also gives back the room of deleted entries), but not references to entries.
+// Iterators are checked: an ended one, one that is older than the last deletion, and, where an
+// entry is erased by it, one of another table fails the assertion "iter_". Insertion keeps
+// iterators (unless it also gives back the room of deleted entries), but not references to entries.
+// A key or value that is inserted may refer into the table itself.
 
 #pragma once
 
@@ -74,7 +75,6 @@ public:
                    && at < table->block_->used;
          }
       };
-      void check() const { VORN_ASSERT( iter_ ); }
       bool atEnd() const {
          return !iter_.table || !iter_.table->block_ || iter_.at >= iter_.table->block_->used;
       }
@@ -133,7 +133,8 @@ public:
       return at != none;
    }
    void erase( Iterator const & where ) {
-      where.check();
+      bool const iter_ = where.iter_.table == this && where.iter_;
+      VORN_ASSERT( iter_ );
       eraseAt( where.iter_.at );
    }
 
@@ -146,9 +147,9 @@ public:
       }
    }
 
-   // Asks for the memory of the entries.
+   // Prefetches the entries.
    void prefetch() const { Vorn::prefetch( block_ ); }
-   // Asks for the memory where a search for the key begins.
+   // Prefetches the place where a search for the key begins.
    template< typename Lookup >
    void prefetch( Lookup const & key ) const {
       if ( block_ && block_->slots ) {
@@ -189,19 +190,15 @@ protected:
    // Appends an entry whose key is not in the table.
    template< typename... Arguments >
    Entry & append( Arguments &&... arguments ) {
-      if ( !block_ || block_->used == block_->capacity ) {
-         regrow( block_ && block_->live >= block_->capacity / 2 ? block_->capacity * 2
-                 : block_                                       ? block_->capacity
-                                                                : 1 );
+      if ( block_ && block_->used < block_->capacity ) [[likely]] {
+         return construct( std::forward< Arguments >( arguments )... );
       }
-      Entry * place = entries( block_ ) + block_->used;
-      ::new ( static_cast< void * >( place ) ) Entry{ std::forward< Arguments >( arguments )... };
-      if ( block_->slots ) {
-         enter( block_, hashOf( KeyOf()( *place ) ), block_->used );
-      }
-      ++block_->used;
-      ++block_->live;
-      return *place;
+      // Made before the growth: an argument may refer into the block that is given back then.
+      Entry entry{ std::forward< Arguments >( arguments )... };
+      regrow( block_ && block_->live >= block_->capacity / 2 ? block_->capacity * 2
+              : block_                                       ? block_->capacity
+                                                             : 1 );
+      return construct( std::move( entry ) );
    }
 
    Entry const & entry( uint32_t at ) const { return entries( block_ )[at]; }
@@ -277,6 +274,19 @@ private:
          slot = ( slot + 1 ) & mask;
       }
       slots[slot] = ( hash & ~mask ) | at;
+   }
+
+   // Constructs an entry behind the last one, where there is room for it.
+   template< typename... Arguments >
+   Entry & construct( Arguments &&... arguments ) {
+      Entry * const place = entries( block_ ) + block_->used;
+      ::new ( static_cast< void * >( place ) ) Entry{ std::forward< Arguments >( arguments )... };
+      if ( block_->slots ) {
+         enter( block_, hashOf( KeyOf()( *place ) ), block_->used );
+      }
+      ++block_->used;
+      ++block_->live;
+      return *place;
    }
 
    uint32_t liveFrom( uint32_t at ) const {

@@ -3,12 +3,14 @@
 #pragma once
 
 #include "TrafficPolicy/platform/vorn/Assert.h"
+#include "TrafficPolicy/platform/vorn/Prefetch.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace Vorn {
@@ -22,7 +24,8 @@ public:
    using KeyType = unsigned;
    using ValueType = Value;
 
-   // Visits the slots that hold something, by ascending index. Checked: an ended one fails the
+   // Visits the slots that hold something, by ascending index. Checked: an ended one, one that is
+   // older than the last clear() and, where a slot is emptied by it, one of another array fails the
    // assertion "iter_".
    class Iterator {
    public:
@@ -58,17 +61,41 @@ public:
       friend class IndexedArray;
       Iterator( IndexedArray const * array, size_t at )
          : array_( array )
-         , at_( at ) {}
+         , at_( at )
+         , generation_( array->generation_ ) {}
+      bool isValid() const {
+         return array_ && generation_ == array_->generation_ && at_ < array_->slots_.size();
+      }
       void check() const {
-         bool const iter_ = array_ && at_ < array_->slots_.size();
+         bool const iter_ = isValid();
          VORN_ASSERT( iter_ );
       }
       IndexedArray const * array_ = nullptr;
       size_t at_ = 0;
+      uint32_t generation_ = 0;
+   };
+
+   // Reads the slots in ascending order and prefetches the records of those to come (Prefetch.h).
+   class Cursor {
+   public:
+      explicit Cursor( IndexedArray const & array )
+         : slots_( array.slots_ ) {}
+
+      // The record in the slot, or null.
+      auto const * operator[]( unsigned index ) const {
+         prefetchAhead< typename Value::Element >(
+            [&]( uint32_t distance ) { return record( size_t{ index } + distance ); } );
+         return record( index );
+      }
+
+   private:
+      auto const * record( size_t index ) const {
+         return index < slots_.size() ? slots_[index].get() : nullptr;
+      }
+      std::span< Value const > slots_;
    };
 
    // The slots in use, empty ones below the last included.
-   std::span< Value const > slots() const { return slots_; }
    size_t size() const { return slots_.size(); }
    bool empty() const { return slots_.empty(); }
 
@@ -76,15 +103,17 @@ public:
    Value const & at( unsigned index ) const {
       return index < slots_.size() ? slots_[index] : nothing_;
    }
+   // The value may be one of the array's own.
    void set( unsigned index, Value const & value ) {
       if ( index == slots_.size() && index < std::min( slots_.capacity(), rulesMax ) ) {
          slots_.push_back( value ); // the usual way: reserved, filled in order
-         return;
-      }
-      if ( index >= slots_.size() ) {
+      } else if ( index < slots_.size() ) {
+         slots_[index] = value;
+      } else {
+         Value kept = value;
          grow( uint64_t{ index } + 1 );
+         slots_[index] = std::move( kept );
       }
-      slots_[index] = value;
    }
    // Room for this many entries, taken at once so that filling the array copies nothing.
    void reserve( size_t entries ) { slots_.reserve( std::min( entries, rulesMax ) ); }
@@ -94,8 +123,15 @@ public:
          slots_[index] = Value();
       }
    }
-   void erase( Iterator const & where ) { erase( where.index() ); }
-   void clear() { slots_.clear(); }
+   void erase( Iterator const & where ) {
+      bool const iter_ = where.array_ == this && where.isValid();
+      VORN_ASSERT( iter_ );
+      erase( where.index() );
+   }
+   void clear() {
+      slots_.clear();
+      ++generation_;
+   }
 
    Iterator begin() const { return { this, heldFrom( 0 ) }; }
    Iterator end() const { return { this, slots_.size() }; }
@@ -115,6 +151,7 @@ private:
    static inline Value const nothing_{};
 
    std::vector< Value > slots_;
+   uint32_t generation_ = 0; // counts clears
 };
 
 } // namespace Vorn

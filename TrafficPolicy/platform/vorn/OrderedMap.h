@@ -1,7 +1,7 @@
 // A map that iterates in ascending key order: a tree, so that no order of insertion is slow.
 //
-// Iterators are checked as those of the hashed collections are: an ended or stale one fails the
-// assertion "iter_". Insertion keeps iterators; a deletion makes all of them stale.
+// Iterators are checked as those of the hashed collections are: an ended, stale or foreign one
+// fails the assertion "iter_". Insertion keeps iterators; a deletion makes all of them stale.
 
 #pragma once
 
@@ -62,7 +62,6 @@ public:
             return map && generation == map->generation_ && at != map->tree_.end();
          }
       };
-      void check() const { VORN_ASSERT( iter_ ); }
       Position iter_;
    };
 
@@ -97,7 +96,8 @@ public:
       return erased;
    }
    void erase( Iterator const & where ) {
-      where.check();
+      bool const iter_ = where.iter_.map == this && where.iter_;
+      VORN_ASSERT( iter_ );
       tree_.erase( where.iter_.at );
       ++generation_;
    }

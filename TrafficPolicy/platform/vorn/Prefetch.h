@@ -1,11 +1,23 @@
-// Asking for memory ahead of its use.
+// Prefetching: the one place that says which memory is asked for before it is used.
+//
+// A walk over records finds most of them by following pointers, and what one pointer leads to must
+// have arrived before the next one can be followed. So a record class says what hangs under it, in
+// steps, and the cursors of the collections take a step for the records that they will reach some
+// entries later:
+//
+//    static constexpr unsigned prefetchSteps = 2;
+//    void prefetch( unsigned step ) const; // 1: what its members point to; 2: what that points to
+//
+// Engine, views, counters and readers walk with cursors and do not know of it.
 
 #pragma once
+
+#include <cstdint>
 
 namespace Vorn {
 
 // Asks for the cache line at the address, which may be null or not there at all. The assembly is an
-// effect in the compiler's eyes: a function that only asks ahead has none otherwise, and GCC drops
+// effect in the compiler's eyes: a function that only prefetches has none otherwise, and GCC drops
 // the calls of it without a word. For an i686 GCC makes no prefetch at all; there, too, the
 // instruction is one that every processor takes, the oldest as a no-op.
 inline void prefetch( void const * address ) {
@@ -15,6 +27,35 @@ inline void prefetch( void const * address ) {
    __builtin_prefetch( address );
    asm volatile( "" );
 #endif
+}
+
+// Entries between one step and the next: long enough for memory to arrive, short enough for it to
+// be still there.
+inline constexpr uint32_t prefetchStride = 4;
+
+// The steps that hang under a record; 0 when it is read by itself only.
+template< typename Record >
+constexpr unsigned prefetchStepsOf() {
+   if constexpr ( requires { Record::prefetchSteps; } ) {
+      return Record::prefetchSteps;
+   } else {
+      return 0;
+   }
+}
+
+// Takes each step for the record that is its distance away. recordAhead( n ) is the record n
+// entries ahead, or null.
+template< typename Record, typename RecordAhead >
+void prefetchAhead( RecordAhead const & recordAhead ) {
+   constexpr unsigned steps = prefetchStepsOf< Record >();
+   Vorn::prefetch( recordAhead( ( steps + 1 ) * prefetchStride ) );
+   if constexpr ( steps > 0 ) {
+      for ( unsigned step = 1; step <= steps; ++step ) {
+         if ( Record const * record = recordAhead( ( steps + 1 - step ) * prefetchStride ) ) {
+            record->prefetch( step );
+         }
+      }
+   }
 }
 
 } // namespace Vorn

@@ -33,7 +33,7 @@ public:
    auto begin() const { return entries_.begin(); }
    auto end() const { return entries_.end(); }
 
-   // Asks for the memory of the entries.
+   // Prefetches the entries.
    void prefetch() const { Vorn::prefetch( entries_.data() ); }
    void reserve( size_t entries ) { entries_.reserve( entries ); }
 

@@ -64,6 +64,7 @@ public:
                   && a.view() == b.view() );
    }
    friend bool operator==( String const & a, std::string_view b ) noexcept { return a.view() == b; }
+   friend bool operator==( String const & a, char const * b ) noexcept { return a.view() == b; }
    // Byte by byte, as unsigned values; a prefix comes first.
    friend std::strong_ordering operator<=>( String const & a, String const & b ) noexcept {
       return a.view() <=> b.view();
