@@ -52,6 +52,9 @@ TEST( Renderer, OperationsThatTestTheFormat ) {
       { []( auto & r ) { r.startJsonListEntry(); }, "", ",{" },
       { []( auto & r ) { r.addJsonKeyValuePair( key, true ); }, "", ",\"key\":true" },
       { []( auto & r ) { r.addJsonKeyValuePair( key, 7u ); }, "", ",\"key\":7" },
+      { []( auto & r ) { r.addJsonKeyValuePair( "k", std::string( "\"" ) ); }, "",
+        ",\"k\":\"\\\"\"" },
+      { []( auto & r ) { r.addJsonKeyValuePair( std::string(), "bgp" ); }, "", ",\"bgp\"" },
       { []( RendererV2 & r ) {
           r.startJsonRoot();
           r.endJsonRoot();
@@ -103,6 +106,40 @@ TEST( Renderer, CommasStandBetweenMembers ) {
                  + longName + "\":{\"key\":\"\"},\"key\":false},\"key\":18446744073709551615}\n" );
 }
 
+// Scopes close before the next member; after an exception nothing closes, so that a reply that was
+// cut does not look complete.
+TEST( Renderer, ScopesCloseThemselves ) {
+   struct Stop {};
+   auto const write = []( RendererV2 & r, bool stop ) {
+      auto const outer = r.object( "o" );
+      {
+         auto const list = r.list( key );
+         r.text( "text only" );
+         { auto const entry = r.listEntry(); }
+         auto const entry = r.listEntry( JsonMember{ key, 1u } );
+         auto const inner = r.object( Vorn::String( "\"" ) );
+      }
+      if ( stop ) {
+         throw Stop();
+      }
+      r.addJsonKeyValuePair( key, true );
+      auto const last = r.object( key );
+   };
+   std::string const begin = "{\"o\":{\"key\":[{},{\"key\":1,\"\\\"\":{";
+   auto const all = [&]( RendererV2 & r ) {
+      r.startJsonRoot();
+      write( r, false );
+      r.endJsonRoot();
+   };
+   EXPECT_EQ( rendered( OutputFormat_t::JSON, all ), begin + "}}],\"key\":true,\"key\":{}}}\n" );
+   EXPECT_EQ( rendered( OutputFormat_t::TEXT, all ), "text only" );
+   test::TextBuffer memory;
+   RendererV2 renderer( OutputFormat_t::JSON, memory );
+   renderer.startJsonRoot();
+   EXPECT_THROW( write( renderer, true ), Stop );
+   EXPECT_EQ( memory.text(), begin );
+}
+
 TEST( Renderer, FieldsAndLongTexts ) {
    std::string const longText( 1000, 'x' );
    struct {
@@ -129,8 +166,24 @@ TEST( Renderer, FieldsAndLongTexts ) {
                            } ),
                  text + "\"" + text + "\"" + text );
    }
-   EXPECT_DEATH( test::TextBuffer().getBuffer( 201 ),
-                 "endPtr - writePtr >= ptrdiff_t\\( required \\)" );
+   EXPECT_DEATH( test::TextBuffer().getBuffer( 201 ), "endPtr - writePtr >= ptrdiff_t\\( required \\)" );
+   EXPECT_DEATH( wendo::WendoBuffer( -1, 0, false ).append( "x" ), "capacity\\(\\) > 0" );
+#ifdef TP_CHECK_RESERVATIONS
+   EXPECT_DEATH(
+      {
+         test::TextBuffer memory;
+         memory.commit( memory.getBuffer( 4 ) + 5 );
+      },
+      "withinReservation" );
+   EXPECT_DEATH(
+      {
+         test::TextBuffer memory;
+         char * const to = memory.getBuffer( 4 );
+         to[4] = 'x';
+         memory.commit( to );
+      },
+      "!reservationOverrun" );
+#endif
 }
 
 TEST( Renderer, Numbers ) {

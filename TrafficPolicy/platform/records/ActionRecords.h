@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "TrafficPolicy/platform/values/PlainText.h"
+#include "TrafficPolicy/platform/values/EnumNames.h"
 #include "TrafficPolicy/platform/vorn/Attribute.h"
 #include "TrafficPolicy/platform/vorn/Prefetch.h"
 
@@ -24,9 +24,27 @@ inline constexpr uint32_t actionTypeMax = 21;
 
 enum class RateUnit : uint8_t { bps, kbps, mbps, gbps, pps };
 
+constexpr wendo::PlainText nameOf( RateUnit unit ) {
+   switch ( unit ) {
+   case RateUnit::bps:
+      return "bps";
+   case RateUnit::kbps:
+      return "kbps";
+   case RateUnit::mbps:
+      return "mbps";
+   case RateUnit::gbps:
+      return "gbps";
+   case RateUnit::pps:
+      return "pps";
+   }
+   return {};
+}
+
+inline constexpr Names::EnumNames< RateUnit, 5 > rateUnits( nameOf );
+
+// The unit's text; empty for a value outside the enumeration.
 inline wendo::PlainText const & rateUnitText( RateUnit unit ) {
-   static constexpr wendo::PlainText texts[] = { "bps", "kbps", "mbps", "gbps", "pps" };
-   return texts[static_cast< uint8_t >( unit )];
+   return rateUnits[unit];
 }
 
 // Types without a value (drop, log) have a record of this class itself.
@@ -94,34 +112,25 @@ class ClassAction : public Vorn::PtrInterface {
    void policyActionIs( ActionType type, Vorn::Ptr< Action const > const & action ) {
       policyAction_.set( type, action );
    }
-   // Asks for the memory of the actions' list.
-   void prefetch() const { policyAction_.prefetch(); }
+   // Room for this many actions, for whoever fills the record.
    void policyActionReserve( size_t actions ) { policyAction_.reserve( actions ); }
+
+   static constexpr unsigned prefetchSteps = 2;
+   void prefetch( unsigned step ) const {
+      if ( step == 1 ) {
+         policyAction_.prefetch();
+         return;
+      }
+      for ( auto const & [type, action] : policyAction_ ) {
+         Vorn::prefetch( action.get() );
+      }
+   }
 
 private:
    PolicyActions policyAction_;
 };
 
 using ClassActions = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassAction const > >;
-
-// Asks for the actions of rules to come, which are found one through the other: what one step asks
-// for has arrived when the next step looks into it, some rules later.
-inline void prefetchActions( ClassActions::Cursor const & actions ) {
-   constexpr uint32_t far = 12; // rules
-   constexpr uint32_t middle = 8;
-   constexpr uint32_t near = 4;
-   if ( auto const * rule = actions.ahead( far ) ) {
-      Vorn::prefetch( rule->get() );
-   }
-   if ( auto const * rule = actions.ahead( middle ) ) {
-      ( *rule )->prefetch();
-   }
-   if ( auto const * rule = actions.ahead( near ) ) {
-      for ( auto const & [type, action] : ( *rule )->policyAction() ) {
-         Vorn::prefetch( action.get() );
-      }
-   }
-}
 
 } // namespace PolicyMap
 

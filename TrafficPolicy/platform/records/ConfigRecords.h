@@ -15,7 +15,20 @@ class ClassMapSubConfig : public Vorn::PtrInterface {
    VORN_RECORD( ClassMapSubConfig )
 
    VORN_HASHED_MAP( ClassMapMatchOption, Vorn::Ptr< ClassMapMatch const >, match )
+
+   static constexpr unsigned prefetchSteps = 2;
+   void prefetch( unsigned step ) const {
+      if ( step == 1 ) {
+         match_.prefetch();
+         return;
+      }
+      for ( auto const & [option, condition] : match_ ) {
+         Vorn::prefetch( condition.get() );
+      }
+   }
 };
+
+using ClassConfigs = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassMapSubConfig const > >;
 
 // One version of a policy.
 class PolicyMapSubConfig : public Vorn::PtrInterface {

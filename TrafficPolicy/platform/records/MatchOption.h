@@ -2,12 +2,9 @@
 
 #pragma once
 
-#include "TrafficPolicy/platform/values/PlainText.h"
+#include "TrafficPolicy/platform/values/EnumNames.h"
 
-#include <algorithm>
-#include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <ostream>
 
 namespace PolicyMap {
@@ -15,10 +12,25 @@ namespace PolicyMap {
 // Other values exist in the platform; they have no name here.
 enum class ClassMapMatchOption : uint32_t { ipv4 = 0, ipv6 = 1, mac = 2, mpls = 3 };
 
+constexpr wendo::PlainText nameOf( ClassMapMatchOption option ) {
+   switch ( option ) {
+   case ClassMapMatchOption::ipv4:
+      return "ipv4";
+   case ClassMapMatchOption::ipv6:
+      return "ipv6";
+   case ClassMapMatchOption::mac:
+      return "mac";
+   case ClassMapMatchOption::mpls:
+      return "mpls";
+   }
+   return {};
+}
+
+inline constexpr Names::EnumNames< ClassMapMatchOption, 4 > matchOptions( nameOf );
+
 // The family's name; empty for a value without one.
 inline wendo::PlainText const & matchOptionName( ClassMapMatchOption option ) {
-   static constexpr wendo::PlainText names[] = { "ipv4", "ipv6", "mac", "mpls", "" };
-   return names[std::min< size_t >( static_cast< uint32_t >( option ), std::size( names ) - 1 )];
+   return matchOptions[option];
 }
 
 inline std::ostream & operator<<( std::ostream & out, ClassMapMatchOption option ) {

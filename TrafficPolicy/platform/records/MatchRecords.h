@@ -23,6 +23,14 @@ struct TcpFlagAndMask {
    friend bool operator==( TcpFlagAndMask const &, TcpFlagAndMask const & ) = default;
 };
 
+// The known bits by name, in the order in which the names are listed.
+struct TcpFlagName {
+   uint16_t bit;
+   wendo::PlainText name;
+};
+inline constexpr TcpFlagName tcpFlagNames[] = { { TcpFlagAndMask::initialSyn, "initial-syn" },
+                                                { TcpFlagAndMask::established, "established" } };
+
 class TypeAndCode : public Vorn::PtrInterface {
    VORN_RECORD( TypeAndCode )
 
@@ -43,6 +51,20 @@ class ProtoField : public Vorn::PtrInterface {
 
 enum class FragmentType : uint8_t { all = 0, other = 1, offset = 2 };
 
+constexpr wendo::PlainText nameOf( FragmentType type ) {
+   switch ( type ) {
+   case FragmentType::all:
+      return "all";
+   case FragmentType::other:
+      return "other";
+   case FragmentType::offset:
+      return "offset";
+   }
+   return {};
+}
+
+inline constexpr Names::EnumNames< FragmentType, 3 > fragmentTypes( nameOf );
+
 class Fragment : public Vorn::PtrInterface {
    VORN_RECORD( Fragment )
 
@@ -51,6 +73,18 @@ class Fragment : public Vorn::PtrInterface {
 };
 
 enum class RoutingProtocol : uint8_t { none = 0, bgp = 1 };
+
+constexpr wendo::PlainText nameOf( RoutingProtocol protocol ) {
+   switch ( protocol ) {
+   case RoutingProtocol::none:
+      return {};
+   case RoutingProtocol::bgp:
+      return "bgp";
+   }
+   return {};
+}
+
+inline constexpr Names::EnumNames< RoutingProtocol, 2 > routingProtocols( nameOf );
 
 // A prefix list never stands beside the prefix field-sets of the same side.
 class StructuredFilter : public Vorn::PtrInterface {

@@ -37,7 +37,15 @@ class ClassMapStatus : public Vorn::PtrInterface {
    size_t matchs() const { return match().size(); }
    VORN_SCALAR( Umbo::UniqueId, uniqueId )
    VORN_SCALAR( uint64_t, packetCount ) // packets since the id was issued
+
+   static constexpr unsigned prefetchSteps = 1;
+   void prefetch( unsigned ) const {
+      match_.prefetch();
+      Vorn::prefetch( name_.data() );
+   }
 };
+
+using ClassStatuses = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassMapStatus const > >;
 
 class PolicyMapStatus : public Vorn::PtrInterface {
    VORN_RECORD( PolicyMapStatus )
@@ -71,6 +79,20 @@ class Status : public PolicyMap::PolicyMapTypeStatus {
 };
 
 enum class CounterGranularity : uint8_t { unknown = 0, perPolicy = 1, perInterface = 2 };
+
+constexpr wendo::PlainText nameOf( CounterGranularity granularity ) {
+   switch ( granularity ) {
+   case CounterGranularity::unknown:
+      return "unknown";
+   case CounterGranularity::perPolicy:
+      return "per-policy";
+   case CounterGranularity::perInterface:
+      return "per-interface";
+   }
+   return {};
+}
+
+inline constexpr Names::EnumNames< CounterGranularity, 3 > counterGranularities( nameOf );
 
 class TrafficPolicyIntfParamStatus : public Vorn::PtrInterface {
    VORN_RECORD( TrafficPolicyIntfParamStatus )

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "TrafficPolicy/platform/values/PlainText.h"
+#include "TrafficPolicy/platform/wendo/PlainText.h"
 
 #include <cstdint>
 

@@ -2,8 +2,8 @@
 
 #pragma once
 
-#include "TrafficPolicy/platform/values/PlainText.h"
 #include "TrafficPolicy/platform/vorn/Assert.h"
+#include "TrafficPolicy/platform/wendo/PlainText.h"
 
 #include <cstddef>
 #include <string_view>

@@ -15,9 +15,9 @@
 #include "TrafficPolicy/platform/records/Ranges.h"
 #include "TrafficPolicy/platform/values/Decimal.h"
 #include "TrafficPolicy/platform/values/IpGenPrefix.h"
-#include "TrafficPolicy/platform/values/PlainText.h"
 #include "TrafficPolicy/platform/vorn/String.h"
-#include "TrafficPolicy/views/JsonKey.h"
+#include "TrafficPolicy/platform/wendo/JsonKey.h"
+#include "TrafficPolicy/platform/wendo/PlainText.h"
 
 #include <charconv>
 #include <concepts>
@@ -152,6 +152,34 @@ inline char * put( char * to, LineBegin line ) {
    return put( put( to, line.indent ), line.heading );
 }
 
+// The brackets of the scopes that were closed since the last member, innermost first.
+class Closers {
+public:
+   // The deepest nesting of a reply, and more than any has.
+   static constexpr size_t max = 16;
+
+   void add( char bracket ) {
+      VORN_ASSERT( size_ < max );
+      text_[size_++] = bracket;
+   }
+   void clear() { size_ = 0; }
+   bool empty() const { return size_ == 0; }
+   char * printToBuffer( char * to ) const {
+      std::memcpy( to, text_, max );
+      return to + size_;
+   }
+
+private:
+   char text_[max] = {};
+   size_t size_ = 0;
+};
+constexpr size_t room( Closers const & ) {
+   return Closers::max;
+}
+inline char * put( char * to, Closers const & closers ) {
+   return closers.printToBuffer( to );
+}
+
 // The comma rule, without a branch: the byte is written in any case and kept if it is needed.
 struct Comma {
    bool needed;
@@ -200,26 +228,18 @@ inline char * put( char * to, Json< std::nullptr_t > ) {
 
 // Quoted, without anything to escape.
 template< typename Value >
-   requires std::same_as< Value, PlainText > || std::same_as< Value, Pelx::IpGenPrefix >
+concept Text = std::same_as< Value, PlainText > || std::same_as<
+   Value, Pelx::IpGenPrefix > || std::same_as< Value, Vorn::String >;
+template< Text Value >
 constexpr size_t room( Json< Value > json ) {
    return room( json.value ) + 2;
-}
-template< typename Value >
-   requires std::same_as< Value, PlainText > || std::same_as< Value, Pelx::IpGenPrefix >
-char * put( char * to, Json< Value > json ) {
-   *to = '"';
-   to = put( to + 1, json.value );
-   *to = '"';
-   return to + 1;
 }
 inline size_t room( Json< Vorn::String > json ) {
    return json.value.plain() ? room( json.value ) + 2 : tooMuch;
 }
-inline char * put( char * to, Json< Vorn::String > json ) {
-   *to = '"';
-   to = put( to + 1, json.value );
-   *to = '"';
-   return to + 1;
+template< Text Value >
+char * put( char * to, Json< Value > json ) {
+   return put( put( put( to, '"' ), json.value ), '"' );
 }
 
 // {"low":L,"high":H}

@@ -25,15 +25,26 @@ public:
       if ( static_cast< size_t >( endPtr - writePtr ) < required ) [[unlikely]] {
          makeRoomFor( required );
       }
+#ifdef TP_CHECK_RESERVATIONS
+      guardReservation( required );
+#endif
       return writePtr;
    }
    // Commits what was written into the reservation, up to this end.
-   void commit( char const * end ) { writePtr += end - writePtr; }
+   void commit( char const * end ) {
+#ifdef TP_CHECK_RESERVATIONS
+      checkReservation( end );
+#endif
+      writePtr += end - writePtr;
+   }
 
-   // Appends text of any length, in pieces when it is longer than the buffer.
+   // Appends text of any length, in pieces when it is longer than the buffer. The capacity is not
+   // 0.
    void append( std::string_view text );
 
-   size_t capacity() const { return static_cast< size_t >( endPtr - begin_ ); }
+   size_t capacity() const {
+      return static_cast< size_t >( endPtr - begin_ );
+   }
 
    // Writes out what is committed.
    virtual void flush() = 0;
@@ -51,16 +62,24 @@ protected:
    std::string_view committed() const {
       return { begin_, static_cast< size_t >( writePtr - begin_ ) };
    }
-   void discard() { writePtr = begin_; }
+   void discard() {
+      writePtr = begin_;
+   }
    // Forgets the committed bytes before this rest of them.
    void keep( std::string_view rest );
 
 private:
    void makeRoomFor( size_t required );
 
+   // Debug builds mark the bytes behind a reservation, and assert at the commit that the writer
+   // left them alone and that the end is within what was reserved.
+   void guardReservation( size_t required );
+   void checkReservation( char const * end ) const;
+
    char * writePtr;
    char * endPtr;
    char * begin_;
+   char * reservedEnd_ = nullptr; // debug builds only
 };
 
 } // namespace wendo

@@ -2,36 +2,15 @@
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <unistd.h>
-
 #include <atomic>
-#include <cerrno>
 #include <exception>
 #include <memory>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 namespace wendo {
 
 namespace {
-
-// Waits until a descriptor in non-blocking mode takes bytes again, a while at the most: a signal
-// just before the wait does not end it, so the caller looks for an interrupt now and then.
-void awaitWritable( int fd ) {
-   pollfd request{ fd, POLLOUT, 0 };
-   ::poll( &request, 1, 100 );
-}
-
-// A pipe of the usual size makes writer and reader take turns every 64 KiB. A hint: what is no
-// pipe, or may not grow, stays as it is.
-void widenPipe( [[maybe_unused]] int fd, [[maybe_unused]] size_t bytes ) {
-#ifdef F_SETPIPE_SZ
-   ::fcntl( fd, F_SETPIPE_SZ, static_cast< int >( bytes ) );
-#endif
-}
 
 // The memory of the last view's buffer, for the next view: to fault in its pages afresh each time
 // would cost a view of some thousand rules a tenth of its time.
@@ -56,17 +35,30 @@ BufferMemory::~BufferMemory() {
 WendoBuffer::WendoBuffer( int fd, size_t capacity, bool flushAtEnd )
    : BufferMemory( capacity )
    , PrintBuffer( BufferMemory::begin(), capacity )
-   , fd_( fd )
+   , descriptor_( fd )
+   , servedBefore_( interrupt::served() )
    , flushAtEnd_( flushAtEnd ) {}
 
 WendoBuffer::~WendoBuffer() {
-   if ( flushAtEnd_ && !failed_ ) {
-      try {
-         writeOut();
-      } catch ( std::exception const & ) {
-         failed_ = true;
-      }
+   if ( !flushAtEnd_ || failed_ ) {
+      return;
    }
+   try {
+      if ( interrupted() ) {
+         std::string_view left = committed();
+         while ( size_t const taken = descriptor_.write( left ) ) {
+            left.remove_prefix( taken );
+         }
+      } else {
+         writeOut();
+      }
+   } catch ( std::exception const & ) {
+      failed_ = true;
+   }
+}
+
+bool WendoBuffer::interrupted() const {
+   return interrupt::served() != servedBefore_;
 }
 
 void WendoBuffer::flush() {
@@ -76,7 +68,7 @@ void WendoBuffer::flush() {
 
 void WendoBuffer::makeRoom() {
    if ( !std::exchange( large_, true ) ) {
-      widenPipe( fd_, capacity() );
+      descriptor_.widen( capacity() );
    }
    flush();
 }
@@ -84,17 +76,17 @@ void WendoBuffer::makeRoom() {
 void WendoBuffer::writeOut() {
    std::string_view left = committed();
    while ( !left.empty() && !failed_ ) {
-      ssize_t const written = ::write( fd_, left.data(), left.size() );
-      int const error = errno;
-      if ( written >= 0 ) {
-         left.remove_prefix( static_cast< size_t >( written ) );
-      } else if ( error == EAGAIN || error == EWOULDBLOCK ) {
-         awaitWritable( fd_ );
-      } else if ( error != EINTR ) {
+      size_t taken = 0;
+      try {
+         taken = descriptor_.write( left );
+      } catch ( std::exception const & ) {
          failed_ = true;
-         throw std::system_error( error, std::generic_category(), "cannot write the output" );
+         throw;
       }
-      // A signal during a write that had begun shows as a short write, not as an error.
+      left.remove_prefix( taken );
+      if ( taken == 0 && !interrupt::requested ) {
+         descriptor_.await();
+      }
       if ( interrupt::requested && !left.empty() ) {
          keep( left );
          interrupt::serve();

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/wendo/Descriptor.h"
 #include "TrafficPolicy/platform/wendo/PrintBuffer.h"
 
 #include <cstddef>
@@ -25,7 +26,7 @@ private:
    bool isView_;
 };
 
-// Short writes and EINTR are continued, a descriptor that would block is waited for. An interrupt
+// Short writes and EINTR are continued, a descriptor that takes nothing is waited for. An interrupt
 // that the user asked for surfaces as SigIntException at the next fill, flush or wait; any other
 // error surfaces as std::system_error, once: after it nothing more is written.
 class WendoBuffer
@@ -38,7 +39,7 @@ public:
    // The descriptor stays the caller's. With flushAtEnd the destructor writes what is left.
    WendoBuffer( int fd, size_t capacity, bool flushAtEnd );
    // Never throws: an error here can no longer be reported, so whoever wants to know of it flushes
-   // first. Gives up at an interrupt.
+   // first. After an interrupt it hands over what the descriptor takes at once and drops the rest.
    ~WendoBuffer() override;
 
    void flush() override;
@@ -48,8 +49,11 @@ protected:
 
 private:
    void writeOut();
+   // An interrupt was served since the buffer was made.
+   bool interrupted() const;
 
-   int fd_;
+   Descriptor descriptor_;
+   unsigned servedBefore_;
    bool flushAtEnd_;
    bool failed_ = false;
    bool large_ = false; // the output is longer than the buffer
