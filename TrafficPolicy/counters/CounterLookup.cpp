@@ -50,7 +50,7 @@ uint64_t interfaceCount( Vorn::Ptr< TrafficPolicy::Counter const > const & count
                          Vorn::String const & policyName, Pelx::IntfId const & intf, Count count,
                          char const * function ) {
    auto const * entry = status.intfCountData( intf );
-   VORN_ASSERT( entry );
+   VORN_ASSERT( entry && *entry );
    uint64_t const current = ( *entry )->countData().*count;
    auto const * snapshot = applicableSnapshot( counter, status, policyName );
    auto const * intfSnapshot = snapshot ? snapshot->perIntfCount( intf ) : nullptr;

@@ -1,8 +1,10 @@
 #include "TrafficPolicy/counters/CounterView.h"
 
 #include "TrafficPolicy/counters/CounterLookup.h"
+#include "TrafficPolicy/model/Columns.h"
+#include "TrafficPolicy/model/CountAction.h"
 #include "TrafficPolicy/model/Trace.h"
-#include "TrafficPolicy/platform/vorn/Prefetch.h"
+#include "TrafficPolicy/platform/wendo/Interrupt.h"
 
 #include <algorithm>
 #include <vector>
@@ -17,16 +19,12 @@ using wendo::JsonKey;
 using wendo::JsonMember;
 using wendo::RendererV2;
 
-constexpr unsigned listIndent = 3;
-
-// Asks for the status of a rule to come, and for its name.
-void prefetchStatus( PolicyState const & state, unsigned rule ) {
-   constexpr unsigned far = 16; // rules
-   constexpr unsigned near = 8;
-   Vorn::prefetch( state.classMapStatus( rule + far ).get() );
-   if ( auto const & status = state.classMapStatus( rule + near ) ) {
-      Vorn::prefetch( status->name().data() );
-   }
+// The status of a rule below the policy's rule count.
+PolicyMap::ClassMapStatus const & statusOf( PolicyState::StatusCursor const & statuses,
+                                            unsigned rule ) {
+   auto const * classMapStatus = statuses[rule];
+   VORN_ASSERT( classMapStatus );
+   return *classMapStatus;
 }
 
 // What the rules of a policy count into.
@@ -49,14 +47,13 @@ Uses usesOf( PolicyState const & state ) {
       return uses;
    }
    uses.unnamed.resize( state.ruleCount() );
+   PolicyState::StatusCursor const statuses( state.classMapStatus() );
    PolicyMap::ClassActions::Cursor actions( config->currCfg()->classAction() );
    for ( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
-      PolicyMap::prefetchActions( actions );
-      prefetchStatus( state, rule );
-      auto const * classAction = actions.find( state.classMapStatus( rule )->name() );
-      auto const * count = classAction ? PolicyMap::actionAs< PolicyMap::CountAction >(
-                              ( *classAction )->policyAction( PolicyMap::ActionType::count ) )
-                                       : nullptr;
+      wendo::interrupt::check();
+      Vorn::String const & className = statusOf( statuses, rule ).name();
+      auto const * classAction = actions.find( className );
+      auto const * count = countActionOf( classAction ? classAction->get() : nullptr, className );
       if ( !count ) {
          continue;
       }
@@ -72,9 +69,9 @@ Uses usesOf( PolicyState const & state ) {
 
 // The end of a text line: the packets, and the bytes where the hardware has them.
 void writeCounts( RendererV2 & renderer, PacketAndByte const & counts, bool bytes ) {
-   renderer.write( counts.packets, " packets" );
+   renderer.text( counts.packets, " packets" );
    if ( bytes ) {
-      renderer.write( ' ', counts.bytes, " bytes" );
+      renderer.text( ' ', counts.bytes, " bytes" );
    }
    renderer.eol();
 }
@@ -101,26 +98,20 @@ public:
       static constexpr JsonKey totals( "totals" );
       static constexpr JsonKey packetTotal( "packetTotal" );
       static constexpr JsonKey byteTotal( "byteTotal" );
-      renderer_.startJsonObject( status_->name() );
-      if ( renderer_.isText() ) {
-         renderer_.write( indentation( listIndent ), status_->name(), ':' );
-      }
+      auto const counter = renderer_.object( status_->name() );
+      renderer_.text( indentation( Columns::list ), status_->name(), ':' );
       if ( countersPerInterface ) {
          renderer_.eol();
          renderInterfaces();
       }
       PacketAndByte const total = totalCounts();
-      if ( renderer_.isText() ) {
-         if ( countersPerInterface ) {
-            renderer_.write( indentation( state_.indentCountPerLevel() + 3 ), "Total:" );
-         }
-         renderer_.write( ' ' );
-         writeCounts( renderer_, total, withBytes() );
+      if ( countersPerInterface ) {
+         renderer_.text( indentation( Columns::counterDetails( state_ ) ), "Total:" );
       }
-      renderer_.startJsonObject( totals );
+      renderer_.text( ' ' );
+      writeCounts( renderer_, total, withBytes() );
+      auto const object = renderer_.object( totals );
       addCounts( renderer_, packetTotal, byteTotal, total, withBytes() );
-      renderer_.endJsonDict();
-      renderer_.endJsonDict();
    }
 
 private:
@@ -128,18 +119,19 @@ private:
       static constexpr JsonKey interfaces( "interfaces" );
       static constexpr JsonKey packetCount( "packetCount" );
       static constexpr JsonKey byteCount( "byteCount" );
-      renderer_.startJsonObject( interfaces );
+      auto const list = renderer_.object( interfaces );
       for ( auto const & [intf, data] : status_->intfCountData() ) {
-         PacketAndByte const counts = interfaceCounts( intf );
-         if ( renderer_.isText() ) {
-            renderer_.write( indentation( state_.indentCountPerLevel() + 3 ), intf.string(), ": " );
-            writeCounts( renderer_, counts, withBytes() );
+         wendo::interrupt::check();
+         if ( !data ) {
+            trace.write( 7, "IntfCountData not found for ", intf );
+            continue;
          }
-         renderer_.startJsonObject( intf.string() );
+         PacketAndByte const counts = interfaceCounts( intf );
+         renderer_.text( indentation( Columns::counterDetails( state_ ) ), intf.string(), ": " );
+         writeCounts( renderer_, counts, withBytes() );
+         auto const object = renderer_.object( intf.string() );
          addCounts( renderer_, packetCount, byteCount, counts, withBytes() );
-         renderer_.endJsonDict();
       }
-      renderer_.endJsonDict();
    }
 
    PacketAndByte totalCounts() const {
@@ -164,16 +156,16 @@ void renderNamedCounters( RendererV2 & renderer, PolicyState const & state, Uses
    if ( !state.namedCounter() ) {
       return;
    }
-   renderer.startJsonObject( namedCounters );
+   auto const object = renderer.object( namedCounters );
    for ( Vorn::String const & name : uses.namesInOrder() ) {
-      auto const * status = state.policyMapStatus()->counterStatus( name );
+      wendo::interrupt::check();
+      auto const & status = namedCounterStatus( state, name );
       if ( !state.namedCounter( name ) || !status ) {
          trace.write( 1, { "Counter: ", "renderTrafficPolicyCounters" }, name, " is undefined" );
          continue;
       }
-      NamedCounterInfo( renderer, state, *status ).render( countersPerInterface );
+      NamedCounterInfo( renderer, state, status ).render( countersPerInterface );
    }
-   renderer.endJsonDict();
 }
 
 void renderUnnamedCounters( RendererV2 & renderer, PolicyState const & state, Uses const & uses ) {
@@ -184,26 +176,21 @@ void renderUnnamedCounters( RendererV2 & renderer, PolicyState const & state, Us
       return;
    }
    RuleSnapshots snapshots( state.counter().get(), state.name() );
-   renderer.startJsonObject( unnamedCounters );
+   PolicyState::StatusCursor const statuses( state.classMapStatus() );
+   auto const object = renderer.object( unnamedCounters );
    for ( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
-      prefetchStatus( state, rule );
+      wendo::interrupt::check();
+      PolicyMap::ClassMapStatus const & status = statusOf( statuses, rule );
       snapshots.nextRule();
       if ( !uses.unnamed[rule] ) {
          continue;
       }
-      PolicyMap::ClassMapStatus const & status = *state.classMapStatus( rule );
       uint64_t const packets = snapshots.packets( status );
-      if ( renderer.isText() ) {
-         renderer.write( indentation( listIndent ), "match rule: ", status.name(), ": ", packets,
-                         " packets\n" );
-      }
-      if ( renderer.isJson() ) {
-         renderer._startJsonObject( status.name() );
-         renderer._addJsonObject( totals, JsonMember{ packetTotal, packets } );
-         renderer.endJsonDict();
-      }
+      renderer.text( indentation( Columns::list ), "match rule: ", status.name(), ": ", packets,
+                     " packets\n" );
+      auto const counter = renderer.object( status.name() );
+      renderer.addJsonObject( totals, JsonMember{ packetTotal, packets } );
    }
-   renderer.endJsonDict();
 }
 
 } // namespace
@@ -211,35 +198,27 @@ void renderUnnamedCounters( RendererV2 & renderer, PolicyState const & state, Us
 void renderPolicyCounters( RendererV2 & renderer, Selection const & selection,
                            bool countersPerInterface ) {
    static constexpr JsonKey trafficPolicies( "trafficPolicies" );
-   renderer.startJsonObject( trafficPolicies );
+   auto const policies = renderer.object( trafficPolicies );
    selection.forEach( [&]( PolicyState const & state ) {
-      if ( renderer.isText() ) {
-         renderer.write( "Traffic policy ", state.name(), '\n' );
-      }
-      renderer.startJsonObject( state.name() );
+      renderer.text( "Traffic policy ", state.name(), '\n' );
+      auto const policy = renderer.object( state.name() );
       Uses const uses = usesOf( state );
       renderNamedCounters( renderer, state, uses, countersPerInterface );
       renderUnnamedCounters( renderer, state, uses );
-      renderer.endJsonDict();
    } );
-   renderer.endJsonDict();
 }
 
 void renderCounterGranularity( RendererV2 & renderer,
                                TrafficPolicy::CounterGranularity granularity ) {
    static constexpr JsonKey key( "ingressCounterGranularity" );
-   static constexpr wendo::PlainText perPolicy( "per-policy" );
-   static constexpr wendo::PlainText perInterface( "per-interface" );
    using TrafficPolicy::CounterGranularity;
    if ( granularity != CounterGranularity::perPolicy
         && granularity != CounterGranularity::perInterface ) {
       return;
    }
-   auto const & text = granularity == CounterGranularity::perPolicy ? perPolicy : perInterface;
+   auto const & text = TrafficPolicy::counterGranularities[granularity];
    renderer.addJsonKeyValuePair( key, text );
-   if ( renderer.isText() ) {
-      renderer.write( "Counter granularity: ", text, " ingress\n" );
-   }
+   renderer.text( "Counter granularity: ", text, " ingress\n" );
 }
 
 } // namespace TrafficPolicyCli

@@ -1,8 +1,9 @@
 #include "TrafficPolicy/counters/TrafficPolicyCounter.h"
 
+#include "TrafficPolicy/model/Trace.h"
 #include "TrafficPolicy/platform/vorn/Clock.h"
 #include "TrafficPolicy/platform/vorn/Describe.h"
-#include "TrafficPolicy/platform/vorn/Prefetch.h"
+#include "TrafficPolicy/platform/wendo/Interrupt.h"
 
 #include <optional>
 #include <vector>
@@ -13,13 +14,12 @@ VORN_TYPE( TrafficPolicyCounter )
 
 namespace {
 
+using PolicyMap::ClassStatuses;
 using PolicyMap::PacketDataStatus;
 using PolicyMap::PolicyMapStatus;
 using TrafficPolicy::CounterKey;
 using TrafficPolicy::NamedCounterKey;
 using TrafficPolicy::NamedCounterVersion;
-
-using Classes = Vorn::HashMap< Vorn::String, Vorn::Ptr< PolicyMap::ClassMapStatus const > >;
 
 // Which rules and counters there still are. Remembers the last policy, and where in it the last
 // rule stands: snapshots of a policy stand together, and mostly in the order of its rules.
@@ -57,34 +57,21 @@ private:
    PolicyMap::PolicyMapTypeStatus const & status_;
    Vorn::String name_;
    PolicyMapStatus const * found_ = nullptr;
-   std::optional< Classes::Cursor > classes_;
+   std::optional< ClassStatuses::Cursor > classes_;
    bool asked_ = false;
 };
-
-// Asks for the status of rules to come, for their names, and for the place where a search for their
-// snapshots begins.
-void prefetchSnapshots( Classes::Cursor const & classes, Vorn::String const & policyName,
-                        TrafficPolicy::Counter const & store ) {
-   constexpr uint32_t far = 24; // rules
-   constexpr uint32_t middle = 16;
-   constexpr uint32_t near = 8;
-   auto const statusAhead = [&]( uint32_t distance ) {
-      auto const * entry = classes.ahead( distance );
-      return entry ? entry->get() : nullptr;
-   };
-   Vorn::prefetch( statusAhead( far ) );
-   if ( auto const * classStatus = statusAhead( middle ) ) {
-      Vorn::prefetch( classStatus->name().data() );
-   }
-   if ( auto const * classStatus = statusAhead( near ) ) {
-      store.snapshot().prefetch( CounterKey{ { policyName, classStatus->name() } } );
-   }
-}
 
 } // namespace
 
 void TrafficPolicyCounter::clearCounter() {
+   VORN_ASSERT( status() );
+   VORN_ASSERT( counter() );
    for ( auto const & [name, policy] : status()->policyMapStatus() ) {
+      wendo::interrupt::check();
+      if ( !policy ) {
+         trace.write( 7, "PolicyMapStatus not found for ", name );
+         continue;
+      }
       snapshotNamedCounters( *policy );
       snapshotRules( *policy );
    }
@@ -96,6 +83,11 @@ void TrafficPolicyCounter::clearCounter() {
 void TrafficPolicyCounter::snapshotNamedCounters( PolicyMapStatus const & policy ) {
    bool const perInterface = status()->perIntfCounting();
    for ( auto const & [name, counterStatus] : policy.counterStatus() ) {
+      wendo::interrupt::check();
+      if ( !counterStatus ) {
+         trace.write( 7, "PacketDataStatus not found for ", name );
+         continue;
+      }
       NamedCounterKey const key{ { policy.name(), name } };
       NamedCounterVersion const * old = counter()->namedSnapshot( key );
       if ( old && !( old->uniqueId() == counterStatus->uniqueId() ) ) {
@@ -112,6 +104,11 @@ void TrafficPolicyCounter::snapshotNamedCounters( PolicyMapStatus const & policy
 void TrafficPolicyCounter::snapshotInterfaces( NamedCounterVersion & snapshot,
                                                PacketDataStatus const & counterStatus ) {
    for ( auto const & [intf, data] : counterStatus.intfCountData() ) {
+      wendo::interrupt::check();
+      if ( !data ) {
+         trace.write( 7, "IntfCountData not found for ", intf );
+         continue;
+      }
       PolicyMap::IntfCountData const * old = snapshot.perIntfCount( intf );
       if ( old && !( old->uniqueId() == data->uniqueId() ) ) {
          snapshot.perIntfCountDel( intf );
@@ -122,19 +119,26 @@ void TrafficPolicyCounter::snapshotInterfaces( NamedCounterVersion & snapshot,
 
 void TrafficPolicyCounter::snapshotRules( PolicyMapStatus const & policy ) {
    counter()->snapshotReserve( policy.cmap().size() );
-   Classes::Cursor classes( policy.cmap() );
-   for ( auto const & [name, classStatus] : policy.cmap() ) {
-      classes.find( name ); // so that it looks ahead from here
-      prefetchSnapshots( classes, policy.name(), *counter() );
+   auto const keyOf = [&]( PolicyMap::ClassMapStatus const & classStatus ) {
+      return CounterKey{ { policy.name(), classStatus.name() } };
+   };
+   Vorn::forEachWithin( policy.cmap(), counter()->snapshot(), keyOf, [&]( auto const & entry ) {
+      wendo::interrupt::check();
+      auto const & [name, classStatus] = entry;
+      if ( !classStatus ) {
+         trace.write( 7, "ClassMapStatus not found for ", name );
+         return;
+      }
       counter()->snapshotIs( CounterKey{ { policy.name(), name } },
                              { classStatus->uniqueId(), classStatus->packetCount() } );
-   }
+   } );
 }
 
 void TrafficPolicyCounter::removeStaleRules() {
    Survivors survivors( *status() );
    std::vector< CounterKey > stale;
    for ( auto const & [key, snapshot] : counter()->snapshot() ) {
+      wendo::interrupt::check();
       if ( !survivors.has( key ) ) {
          stale.push_back( key );
       }
@@ -148,6 +152,7 @@ void TrafficPolicyCounter::removeStaleNamedCounters() {
    Survivors survivors( *status() );
    std::vector< NamedCounterKey > stale;
    for ( auto const & [key, snapshot] : counter()->namedSnapshot() ) {
+      wendo::interrupt::check();
       PacketDataStatus const * counterStatus = survivors.find( key );
       if ( !counterStatus ) {
          stale.push_back( key );

@@ -1,8 +1,9 @@
 // The caching of policies and rules: one record per policy with its rules in order.
 
 #include "TrafficPolicy/engine/ShowTrafficPolicyBase.h"
+#include "TrafficPolicy/model/Columns.h"
+#include "TrafficPolicy/model/CountAction.h"
 #include "TrafficPolicy/model/Trace.h"
-#include "TrafficPolicy/platform/vorn/Prefetch.h"
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 
 namespace TrafficPolicyCli {
@@ -14,9 +15,6 @@ using PolicyMap::ClassMapSubConfig;
 using PolicyMap::PolicyMapSubConfig;
 
 namespace {
-
-// The indentation of the text views.
-constexpr uint32_t indentStep = 3;
 
 // The family that the class is installed for, or null: at most one is allowed.
 ClassMapMatchOption const * installedFamily( ClassMapStatus const * cmapStatus ) {
@@ -37,18 +35,11 @@ Vorn::Ptr< ClassMapMatch const > const * matchCondition( ClassMapSubConfig const
                                                          Vorn::String const & className,
                                                          ClassMapMatchOption option ) {
    auto const * match = classConfig ? classConfig->match( option ) : nullptr;
-   if ( match ) {
-      trace.write( 7, "Found class match config for ", className, ", ", option );
+   if ( !match || !*match ) {
+      return nullptr;
    }
+   trace.write( 7, "Found class match config for ", className, ", ", option );
    return match;
-}
-
-// The named counter that the class counts into, or null.
-Vorn::String const * namedCounterOf( PolicyMap::ClassAction const * actions ) {
-   auto const * count = actions ? actions->policyAction( PolicyMap::ActionType::count ) : nullptr;
-   auto const * countAction = PolicyMap::actionAs< PolicyMap::CountAction >( count );
-   return countAction && !countAction->counterName().empty() ? &countAction->counterName()
-                                                             : nullptr;
 }
 
 template< typename T >
@@ -56,26 +47,13 @@ T const * pointee( Vorn::Ptr< T const > const * handle ) {
    return handle ? handle->get() : nullptr;
 }
 
-using Statuses = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassMapStatus const > >;
-using Configs = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassMapSubConfig const > >;
-
-// Asks for the status and the match condition of rules to come, step by step like prefetchActions.
-void prefetchRules( Statuses::Cursor const & statuses, Configs::Cursor const & configs ) {
-   constexpr uint32_t far = 12; // rules
-   constexpr uint32_t middle = 8;
-   constexpr uint32_t near = 4;
-   Vorn::prefetch( pointee( statuses.ahead( far ) ) );
-   Vorn::prefetch( pointee( configs.ahead( far ) ) );
-   if ( auto const * status = pointee( statuses.ahead( middle ) ) ) {
-      status->match().prefetch();
-   }
-   if ( auto const * config = pointee( configs.ahead( middle ) ) ) {
-      config->match().prefetch();
-   }
-   if ( auto const * config = pointee( configs.ahead( near ) ) ) {
-      for ( auto const & [option, match] : config->match() ) {
-         Vorn::prefetch( match.get() );
-      }
+// Sets the flag of a policy one of whose rules counts into a counter that the policy lacks.
+void checkCounter( PolicyState & ps, PolicyMap::ClassAction const * actions,
+                   Vorn::String const & className ) {
+   auto const * count = countActionOf( actions, className );
+   if ( count && !count->counterName().empty() && !ps.namedCounter( count->counterName() ) ) {
+      trace.write( 1, "Class: ", className, " has undefined counter: ", count->counterName() );
+      ps.undefinedCounterIs( true );
    }
 }
 
@@ -83,12 +61,18 @@ void prefetchRules( Statuses::Cursor const & statuses, Configs::Cursor const & c
 
 void ShowTrafficPolicyBase::cachePoliciesState() {
    trace.write( 8, "virtual void TrafficPolicyCli::ShowTrafficPolicyBase::cachePoliciesState()" );
+   VORN_ASSERT( status() );
    auto const & statuses = status()->policyMapStatus();
    auto at = statuses.begin();
    while ( at != statuses.end() ) {
+      wendo::interrupt::check();
       // Positioned anew by key after each policy, so that the collection may change meanwhile.
       Vorn::String const name = at->first;
-      cachePolicyState( name );
+      if ( at->second ) {
+         cachePolicyState( name );
+      } else {
+         trace.write( 7, "PolicyMapStatus not found for ", name );
+      }
       at = statuses.upperBound( name );
    }
 }
@@ -98,11 +82,14 @@ void ShowTrafficPolicyBase::cachePolicyState( Vorn::String policyName ) {
                 "virtual void TrafficPolicyCli::ShowTrafficPolicyBase::cachePolicyState("
                 "Vorn::String)policyName:",
                 policyName );
+   VORN_ASSERT( config() );
+   VORN_ASSERT( status() );
    auto const ps = getOrCreatePolicyState( policyName );
+   VORN_ASSERT( ps );
    ps->summaryIs( summary() );
    ps->errorsIs( errors() );
    ps->detailIs( detail() );
-   ps->indentCountPerLevelIs( indentStep );
+   ps->indentCountPerLevelIs( Columns::step );
    ps->byteCountersSupportedIs( status()->byteCountersSupported() );
    auto const * policyConfig = config()->policyMapConfig( policyName );
    ps->policyMapConfigIs( policyConfig ? *policyConfig : nullptr );
@@ -113,11 +100,16 @@ void ShowTrafficPolicyBase::cachePolicyState( Vorn::String policyName ) {
       return;
    }
    auto const subConfig = ps->policyMapConfig()->currCfg();
-   if ( !subConfig ) {
+   if ( !subConfig || subConfig->policyName() != policyName ) {
       trace.write( 7, "currCfg not found for ", policyName );
       return;
    }
+   if ( !ps->policyMapStatus() || ps->policyMapStatus()->name() != policyName ) {
+      trace.write( 7, "PolicyMapStatus not found for ", policyName );
+      return;
+   }
    for ( auto const & name : subConfig->namedCounter() ) {
+      wendo::interrupt::check();
       ps->namedCounterIs( name, true );
    }
    cacheClassState( subConfig );
@@ -133,21 +125,25 @@ void ShowTrafficPolicyBase::cachePolicyState( Vorn::String policyName ) {
 
 void ShowTrafficPolicyBase::cacheClassState(
    Vorn::Ptr< PolicyMapSubConfig const > const & subConfig ) {
+   VORN_ASSERT( subConfig );
    auto const ps = getOrCreatePolicyState( subConfig->policyName() );
+   VORN_ASSERT( ps );
+   if ( !ps->policyMapStatus() ) {
+      trace.write( 7, "PolicyMapStatus not found for ", subConfig->policyName() );
+      return;
+   }
    auto const & sequence = subConfig->classSequence();
    ps->classMapConfigReserve( sequence.size() );
    ps->classMapStatusReserve( sequence.size() );
    // Configuration and status usually list their classes in rule order.
-   Statuses::Cursor statuses( ps->policyMapStatus()->cmap() );
-   Configs::Cursor configs( subConfig->rawClassMap() );
+   PolicyMap::ClassStatuses::Cursor statuses( ps->policyMapStatus()->cmap() );
+   PolicyMap::ClassConfigs::Cursor configs( subConfig->rawClassMap() );
    PolicyMap::ClassActions::Cursor actions( subConfig->classAction() );
    unsigned rule = 0;
    for ( auto const & [number, className] : sequence ) {
       wendo::interrupt::check();
-      prefetchRules( statuses, configs );
-      PolicyMap::prefetchActions( actions );
       auto const * status = statuses.find( className );
-      if ( !status ) {
+      if ( !status || !*status ) {
          trace.write( 7, "ClassMapStatus not found for ", className );
          continue;
       }
@@ -161,11 +157,7 @@ void ShowTrafficPolicyBase::cacheClassState(
       ps->classMapStatusIs( rule, *status );
       // Every cached rule has a condition, be it an empty one.
       ps->classMapConfigIs( rule, match ? *match : Vorn::create< ClassMapMatch >( *option ) );
-      Vorn::String const * counterName = namedCounterOf( pointee( actions.find( className ) ) );
-      if ( counterName && !subConfig->namedCounter( *counterName ) ) {
-         trace.write( 1, "Class: ", className, " has undefined counter: ", *counterName );
-         ps->undefinedCounterIs( true );
-      }
+      checkCounter( *ps, pointee( actions.find( className ) ), className );
       ++rule;
    }
    ps->ruleCountIs( rule );

@@ -1,32 +1,18 @@
 #include "TrafficPolicy/engine/ShowTrafficPolicyBase.h"
 
 #include "TrafficPolicy/counters/CounterView.h"
-#include "TrafficPolicy/model/Trace.h"
 #include "TrafficPolicy/platform/vorn/Describe.h"
+#include "TrafficPolicy/platform/wendo/Descriptor.h"
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 #include "TrafficPolicy/views/Reply.h"
 
-#include <cstdio>
-#include <utility>
+#include <unistd.h>
+
+#include <string>
 
 namespace TrafficPolicyCli {
 
 VORN_TYPE( ShowTrafficPolicyBase )
-
-ShowTrafficPolicyBase::ShowTrafficPolicyBase(
-   Vorn::Ptr< TrafficPolicy::TrafficPolicyConfig const > const & config,
-   Vorn::Ptr< TrafficPolicy::Status const > const & status,
-   Vorn::Ptr< TrafficPolicy::Counter const > const & counter, Vorn::String policyName, bool summary,
-   bool errors, bool detail, bool counters, bool countersPerInterface )
-   : config_( config )
-   , status_( status )
-   , counter_( counter )
-   , policyName_( std::move( policyName ) )
-   , summary_( summary )
-   , errors_( errors )
-   , detail_( detail )
-   , counters_( counters )
-   , countersPerInterface_( countersPerInterface ) {}
 
 void ShowTrafficPolicyBase::renderTrafficPolicy( unsigned, unsigned, unsigned ) {}
 
@@ -45,17 +31,6 @@ Vorn::Ptr< PolicyState > ShowTrafficPolicyBase::getOrCreatePolicyState( Vorn::St
    return nullptr;
 }
 
-Vorn::Ptr< PolicyState >
-ShowTrafficPolicyBase::policyStateBy( Vorn::Ptr< PolicyState > ( *factory )( Vorn::String ),
-                                      Vorn::String const & name ) {
-   if ( auto const * present = policyState( name ) ) {
-      return *present;
-   }
-   auto state = factory( name );
-   policyStateIs( name, state );
-   return state;
-}
-
 void ShowTrafficPolicyBase::render( unsigned fd, unsigned format, unsigned revision ) {
    try {
       cachePoliciesState();
@@ -65,18 +40,17 @@ void ShowTrafficPolicyBase::render( unsigned fd, unsigned format, unsigned revis
          renderTrafficPolicy( fd, format, revision );
       }
    } catch ( wendo::SigIntException const & exception ) {
-      std::printf( "exiting %s\n", exception.what() );
-      std::fflush( stdout );
+      // Whoever has stopped reading must not keep the command from ending.
+      wendo::writeAtOnce( STDOUT_FILENO,
+                          std::string( "exiting " ).append( exception.what() ).append( "\n" ) );
    }
 }
 
 void ShowTrafficPolicyBase::renderTrafficPolicyCounters( unsigned fd, unsigned format, unsigned ) {
-   Reply reply( fd, format );
-   reply.open();
-   renderCountPerInterface( &reply.renderer() );
-   renderPolicyCounters( reply.renderer(), { policyState(), policyName() },
-                         countersPerInterface() );
-   reply.close();
+   writeReply( fd, format, [&]( wendo::RendererV2 & renderer ) {
+      renderCountPerInterface( &renderer );
+      renderPolicyCounters( renderer, { policyState(), policyName() }, countersPerInterface() );
+   } );
 }
 
 Vorn::Ptr< ShowTrafficPolicyBase >

@@ -7,6 +7,7 @@
 #include "TrafficPolicy/platform/records/ConfigRecords.h"
 #include "TrafficPolicy/platform/records/StatusRecords.h"
 #include "TrafficPolicy/platform/vorn/Attribute.h"
+#include "TrafficPolicy/platform/vorn/Inputs.h"
 
 namespace wendo {
 class RendererV2;
@@ -16,11 +17,15 @@ namespace TrafficPolicyCli {
 
 // Made for one command: built, rendered once, dropped. Keeps its inputs alive and never writes
 // through them. Only the two subclasses are rendered. Used by one thread at a time.
+//
+// Handles are not checked at construction. A null one that a command needs fails an assertion that
+// names it when the command is rendered.
 class ShowTrafficPolicyBase : public Vorn::PtrInterface {
    VORN_ENTITY( ShowTrafficPolicyBase, Vorn::PtrInterface )
 
-   VORN_INPUT( Vorn::Ptr< TrafficPolicy::TrafficPolicyConfig const >, config )
-   VORN_INPUT( Vorn::Ptr< TrafficPolicy::Status const >, status )
+   VORN_INPUT( Vorn::Ptr< TrafficPolicy::TrafficPolicyConfig const >, config ) // not null
+   VORN_INPUT( Vorn::Ptr< TrafficPolicy::Status const >, status )              // not null
+   // The counter store. Null: every count is the hardware's.
    VORN_INPUT( Vorn::Ptr< TrafficPolicy::Counter const >, counter )
    VORN_INPUT( Vorn::String, policyName ) // the one policy to show; empty for all
    VORN_INPUT( bool, summary )            // rules without their details
@@ -28,14 +33,10 @@ class ShowTrafficPolicyBase : public Vorn::PtrInterface {
    VORN_INPUT( bool, detail )             // name lists in full
    VORN_INPUT( bool, counters )           // the counter view
    VORN_INPUT( bool, countersPerInterface )
-   // The cache, by policy name; filled by cachePoliciesState.
+   // The cache, by policy name; filled by cachePoliciesState. The records are of the side's class.
    VORN_ORDERED_MAP( Vorn::String, Vorn::Ptr< PolicyState >, policyState )
 
-   ShowTrafficPolicyBase( Vorn::Ptr< TrafficPolicy::TrafficPolicyConfig const > const & config,
-                          Vorn::Ptr< TrafficPolicy::Status const > const & status,
-                          Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
-                          Vorn::String policyName, bool summary, bool errors, bool detail,
-                          bool counters, bool countersPerInterface );
+   VORN_CONSTRUCTOR( ShowTrafficPolicyBase )
 
    // The order of these virtual functions is the binary contract with the command layer.
 
@@ -45,10 +46,10 @@ class ShowTrafficPolicyBase : public Vorn::PtrInterface {
    virtual void renderCountPerInterface( wendo::RendererV2 * renderer );
    // Caches every policy that has a status.
    virtual void cachePoliciesState();
-   // Caches one policy, which has a status.
+   // Caches one policy. One without a configuration or a status gets a record without rules.
    virtual void cachePolicyState( Vorn::String policyName );
    // Hooks of the policy caching: the policy's interface statuses, once; then installed state and
-   // errors per address family.
+   // errors per address family. The status is not null.
    virtual void
    cacheIntfStatus( Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & policyMapStatus );
    virtual void
@@ -66,15 +67,11 @@ class ShowTrafficPolicyBase : public Vorn::PtrInterface {
    // exceptions pass, std::system_error when the descriptor does not take the output.
    void render( unsigned fd, unsigned format, unsigned revision );
    void renderTrafficPolicyCounters( unsigned fd, unsigned format, unsigned revision );
-   // Caches the rules of one policy.
+   // Caches the rules of one policy, whose name is the sub-configuration's. Not null.
    void cacheClassState( Vorn::Ptr< PolicyMap::PolicyMapSubConfig const > const & subConfig );
-
-protected:
-   // The policy's record, made by the factory if there is none.
-   Vorn::Ptr< PolicyState > policyStateBy( Vorn::Ptr< PolicyState > ( *factory )( Vorn::String ),
-                                           Vorn::String const & policyName );
 };
 
+// The show objects' factories take the inputs in the order of their declarations.
 Vorn::Ptr< ShowTrafficPolicyBase >
 showTrafficPolicyBaseFactory( Vorn::Ptr< TrafficPolicy::TrafficPolicyConfig const > const & config,
                               Vorn::Ptr< TrafficPolicy::Status const > const & status,

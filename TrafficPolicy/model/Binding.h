@@ -19,7 +19,13 @@ struct CpuBinding {
 
    static Vorn::String const & string( Name const & vrf ) { return vrf.string(); }
 
+   // The name under which the configuration's key is cached.
+   static Name const & name( L3::VrfName const & vrf ) { return vrf; }
+
    static Names const & configured( State const & state ) { return state.configuredVrf(); }
+   static void configuredIs( State & state, Name const & vrf ) {
+      state.configuredVrfIs( vrf, true );
+   }
    // By name, the statuses of the binding's interfaces.
    static auto const & statuses( State const & state ) { return state.vrfIntfStatus(); }
    // Null where there is no list for the family.
@@ -58,7 +64,12 @@ struct InterfaceBinding {
 
    static Vorn::String const & string( Name const & intf ) { return intf; }
 
+   static Name const & name( Pelx::IntfId const & intf ) { return intf.string(); }
+
    static Names const & configured( State const & state ) { return state.configuredIntf(); }
+   static void configuredIs( State & state, Name const & intf ) {
+      state.configuredIntfIs( intf, true );
+   }
    static auto const & statuses( State const & state ) { return state.interfaceStatus(); }
    static Names const * applied( State const & state, ClassMapMatchOption option ) {
       PerAfIntfList const * list = state.appliedIntf( option );
@@ -85,5 +96,14 @@ struct InterfaceBinding {
       state.installErrorCollIs( option )->intfErrorIs( intf, text );
    }
 };
+
+// The policy's record as one of the binding's side. A cache that holds a record of the other side
+// is a broken invariant.
+template< typename Binding >
+typename Binding::State & stateOfSide( PolicyState & policyState ) {
+   auto * const stateOfSide = dynamic_cast< typename Binding::State * >( &policyState );
+   VORN_ASSERT( stateOfSide );
+   return *stateOfSide;
+}
 
 } // namespace TrafficPolicyCli

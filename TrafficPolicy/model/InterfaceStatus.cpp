@@ -13,10 +13,10 @@ namespace {
 
 using PolicyMap::InstalledStatus;
 
-// An interface that has no entry for the family yet counts as code 0 without a text.
-InstalledStatus installedStatus( PolicyMap::IntfStatus const & intf,
+// An interface that has no entry for the family yet, or no record, counts as code 0 without a text.
+InstalledStatus installedStatus( PolicyMap::IntfStatus const * intf,
                                  PolicyMap::ClassMapMatchOption option ) {
-   InstalledStatus const * status = intf.installed( option );
+   InstalledStatus const * status = intf ? intf->installed( option ) : nullptr;
    return status ? *status : InstalledStatus();
 }
 
@@ -25,13 +25,13 @@ InstalledStatus installedStatus( PolicyMap::IntfStatus const & intf,
 bool InterfaceStatus::isProgrammed( PolicyMap::ClassMapMatchOption option ) const {
    return !intfStatus().empty()
           && std::all_of( intfStatus().begin(), intfStatus().end(), [&]( auto const & intf ) {
-                return installedStatus( *intf, option ).status == InstalledStatus::programmed;
+                return installedStatus( intf.get(), option ).status == InstalledStatus::programmed;
              } );
 }
 
 bool InterfaceStatus::isFailed( PolicyMap::ClassMapMatchOption option ) const {
    return std::any_of( intfStatus().begin(), intfStatus().end(), [&]( auto const & intf ) {
-      return installedStatus( *intf, option ).status == InstalledStatus::failed;
+      return installedStatus( intf.get(), option ).status == InstalledStatus::failed;
    } );
 }
 
@@ -39,7 +39,7 @@ Vorn::String getInstalledErrorString( InterfaceStatus const * interfaceStatus,
                                       PolicyMap::ClassMapMatchOption option ) {
    if ( interfaceStatus ) {
       for ( auto const & intf : interfaceStatus->intfStatus() ) {
-         InstalledStatus const installed = installedStatus( *intf, option );
+         InstalledStatus const installed = installedStatus( intf.get(), option );
          if ( installed.status != InstalledStatus::programmed ) {
             return installed.error;
          }

@@ -31,6 +31,9 @@ class PolicyState : public Vorn::PtrInterface {
    VORN_ARRAY( Vorn::Ptr< PolicyMap::ClassMapMatch const >, classMapConfig )
    VORN_ARRAY( Vorn::Ptr< PolicyMap::ClassMapStatus const >, classMapStatus )
    VORN_SCALAR( uint32_t, ruleCount )
+   // For walking the rules in order.
+   using MatchCursor = Vorn::IndexedArray< Vorn::Ptr< PolicyMap::ClassMapMatch const > >::Cursor;
+   using StatusCursor = Vorn::IndexedArray< Vorn::Ptr< PolicyMap::ClassMapStatus const > >::Cursor;
    // Adds n and returns the new count.
    uint32_t ruleCountInc( unsigned n ) {
       ruleCountIs( ruleCount() + n );
@@ -44,13 +47,17 @@ class PolicyState : public Vorn::PtrInterface {
 
    VORN_SCALAR( uint32_t, indentCountPerLevel ) // spaces per level of the text views
 
-   VORN_SCALAR( Vorn::Ptr< TrafficPolicy::Counter const >, counter ) // the counter store
+   VORN_SCALAR( Vorn::Ptr< TrafficPolicy::Counter const >, counter ) // the counter store, or null
 
    VORN_ORDERED_MAP( Vorn::String, bool, namedCounter ) // the counters that the policy defines
    VORN_SCALAR( bool, undefinedCounter ) // some rule counts into a counter that is not defined
 
    VORN_SCALAR( bool, byteCountersSupported ) // the hardware counts bytes beside packets
 };
+
+// What the hardware side knows of the policy's named counter; null where it does not know it.
+Vorn::Ptr< PolicyMap::PacketDataStatus const > const &
+namedCounterStatus( PolicyState const & policyState, Vorn::String const & counterName );
 
 Vorn::Ptr< PolicyState > policyStateFactory( Vorn::String name );
 

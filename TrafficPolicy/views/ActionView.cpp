@@ -52,12 +52,12 @@ void ActionWriter::renderActions( Vorn::String const & className,
       return static_cast< uint32_t >( entry.key ) <= PolicyMap::actionTypeMax;
    };
    // By ascending type: when the first is none of ours, no other is.
-   if ( !classAction || !( *classAction )->policyAction()
+   if ( !classAction || !*classAction || !( *classAction )->policyAction()
         || !ours( *( *classAction )->policyAction().begin() ) ) {
       trace.write( 8, "No actions mapped to ", className );
       return;
    }
-   renderer_.startJsonObject( actionsKey );
+   auto const object = renderer_.object( actionsKey );
    ListLines lines( heading, indent );
    for ( auto const & entry : ( *classAction )->policyAction() ) {
       if ( !ours( entry ) ) {
@@ -65,7 +65,6 @@ void ActionWriter::renderActions( Vorn::String const & className,
       }
       renderAction( lines.next(), entry.key, entry.value.get(), classStatus );
    }
-   renderer_.endJsonDict();
 }
 
 void ActionWriter::renderAction( LineBegin begin, ActionType type, PolicyMap::Action const * action,
@@ -75,42 +74,30 @@ void ActionWriter::renderAction( LineBegin begin, ActionType type, PolicyMap::Ac
    static constexpr CliLabel setDscp( "Set DSCP" );
    static constexpr CliLabel setTc( "Set Traffic Class" );
    auto const flagAction = [&]( PlainText const & text, JsonKey const & key ) {
-      if ( renderer_.isJson() ) {
-         renderer_._addJsonKeyValuePair( key, true );
-      } else if ( renderer_.isText() ) {
-         renderer_.write( begin, text, '\n' );
-      }
+      renderer_.addJsonKeyValuePair( key, true );
+      renderer_.text( begin, text, '\n' );
    };
    auto const numberAction = [&]( CliLabel const & label, unsigned value ) {
-      if ( renderer_.isJson() ) {
-         renderer_._addJsonKeyValuePair( label.key(), value );
-      } else if ( renderer_.isText() ) {
-         renderer_.write( begin, label.text(), ' ', value, '\n' );
-      }
+      renderer_.addJsonKeyValuePair( label.key(), value );
+      renderer_.text( begin, label.text(), ' ', value, '\n' );
    };
+   // Without a default, so that the compiler finds an action type that is missing here.
    switch ( type ) {
    case ActionType::drop:
-      flagAction( "Drop", drop );
-      break;
+      return flagAction( "Drop", drop );
    case ActionType::setDscp:
-      numberAction( setDscp, recordOf< PolicyMap::SetDscpAction >( action ).value() );
-      break;
+      return numberAction( setDscp, recordOf< PolicyMap::SetDscpAction >( action ).value() );
    case ActionType::setTc:
-      numberAction( setTc, recordOf< TrafficPolicy::SetTcAction >( action ).value() );
-      break;
+      return numberAction( setTc, recordOf< TrafficPolicy::SetTcAction >( action ).value() );
    case ActionType::police:
-      renderPolice( begin, recordOf< PolicyMap::PoliceAction >( action ) );
-      break;
+      return renderPolice( begin, recordOf< PolicyMap::PoliceAction >( action ) );
    case ActionType::count:
-      renderCount( begin, recordOf< PolicyMap::CountAction >( action ), classStatus );
-      break;
+      return renderCount( begin, recordOf< PolicyMap::CountAction >( action ), classStatus );
    case ActionType::log:
-      flagAction( "Log", log );
-      break;
-   // A new action type must not be shown wrongly.
-   default:
-      VORN_ASSERT( false && "Unexpected action type" );
+      return flagAction( "Log", log );
    }
+   // A type that the enumeration lacks must not be shown wrongly.
+   VORN_ASSERT( false && "Unexpected action type" );
 }
 
 void ActionWriter::renderPolice( LineBegin begin, PolicyMap::PoliceAction const & police ) {
@@ -118,12 +105,12 @@ void ActionWriter::renderPolice( LineBegin begin, PolicyMap::PoliceAction const 
    static constexpr JsonKey rate( "rate" );
    static constexpr JsonKey unit( "unit" );
    PlainText const & unitText = PolicyMap::rateUnitText( police.unit() );
-   if ( renderer_.isJson() ) {
-      renderer_._addJsonObject( object, JsonMember{ rate, police.rate() },
-                                JsonMember{ unit, unitText } );
-   } else if ( renderer_.isText() ) {
-      renderer_.write( begin, "Police rate ", police.rate(), ' ', unitText, '\n' );
+   if ( unitText.empty() ) {
+      trace.write( 1, "Unknown rate unit: ", static_cast< unsigned >( police.unit() ) );
    }
+   renderer_.addJsonObject( object, JsonMember{ rate, police.rate() },
+                            JsonMember{ unit, unitText } );
+   renderer_.text( begin, "Police rate ", police.rate(), ' ', unitText, '\n' );
 }
 
 void ActionWriter::renderCount( LineBegin begin, PolicyMap::CountAction const & count,
@@ -134,55 +121,39 @@ void ActionWriter::renderCount( LineBegin begin, PolicyMap::CountAction const & 
       return;
    }
    uint64_t const packets = snapshots_.packets( classStatus );
-   if ( renderer_.isJson() ) {
-      renderer_._addJsonKeyValuePair( key, packets );
-   } else if ( renderer_.isText() ) {
-      renderer_.write( begin, "Count: ", packets, " packets\n" );
-   }
+   renderer_.addJsonKeyValuePair( key, packets );
+   renderer_.text( begin, "Count: ", packets, " packets\n" );
 }
 
 void ActionWriter::renderNamedCount( LineBegin begin, Vorn::String const & name ) {
    static constexpr JsonKey countNamed( "countNamed" );
    static constexpr JsonKey packetCount( "packetCount" );
    static constexpr JsonKey byteCount( "byteCount" );
-   auto const * status = policyState_.policyMapStatus()->counterStatus( name );
+   auto const object = renderer_.object( countNamed );
+   auto const & status = namedCounterStatus( policyState_, name );
    if ( !status ) {
       renderInactive( begin, name );
       return;
    }
    auto const & store = policyState_.counter();
-   uint64_t const packets = getNamedPacketCount( store, *status, policyState_.name() );
-   uint64_t const bytes = showBytes_ ? getNamedByteCount( store, *status, policyState_.name() ) : 0;
-   if ( renderer_.isJson() ) {
-      renderer_._startJsonObject( countNamed );
-      if ( showBytes_ ) {
-         renderer_._addJsonObject( name, JsonMember{ packetCount, packets },
-                                   JsonMember{ byteCount, bytes } );
-      } else {
-         renderer_._addJsonObject( name, JsonMember{ packetCount, packets } );
-      }
-      renderer_.endJsonDict();
-   } else if ( renderer_.isText() ) {
-      renderer_.write( begin, "Count: ", name, ": ", packets, " packets" );
-      if ( showBytes_ ) {
-         renderer_.write( ' ', bytes, " bytes" );
-      }
-      renderer_.eol();
+   uint64_t const packets = getNamedPacketCount( store, status, policyState_.name() );
+   if ( !showBytes_ ) {
+      renderer_.addJsonObject( name, JsonMember{ packetCount, packets } );
+      renderer_.text( begin, "Count: ", name, ": ", packets, " packets\n" );
+      return;
    }
+   uint64_t const bytes = getNamedByteCount( store, status, policyState_.name() );
+   renderer_.addJsonObject( name, JsonMember{ packetCount, packets },
+                            JsonMember{ byteCount, bytes } );
+   renderer_.text( begin, "Count: ", name, ": ", packets, " packets ", bytes, " bytes\n" );
 }
 
 // The hardware side does not know the counter: that is not a count of zero.
 void ActionWriter::renderInactive( LineBegin begin, Vorn::String const & name ) {
-   static constexpr JsonKey countNamed( "countNamed" );
    static constexpr JsonKey undefined( "undefined" );
-   if ( renderer_.isJson() ) {
-      renderer_._startJsonObject( countNamed );
-      renderer_._addJsonObject( name, JsonMember{ undefined, true } );
-      renderer_.endJsonDict();
-   } else if ( renderer_.isText() ) {
-      renderer_.write( begin, "Count: ", name, " (counter '", name,
-                       "' is inactive because it has not been declared)\n" );
-   }
+   renderer_.addJsonObject( name, JsonMember{ undefined, true } );
+   renderer_.text( begin, "Count: ", name, " (counter '", name,
+                   "' is inactive because it has not been declared)\n" );
 }
 
 } // namespace TrafficPolicyCli

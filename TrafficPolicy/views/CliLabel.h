@@ -2,9 +2,9 @@
 
 #pragma once
 
-#include "TrafficPolicy/platform/values/PlainText.h"
 #include "TrafficPolicy/platform/vorn/Assert.h"
-#include "TrafficPolicy/views/JsonKey.h"
+#include "TrafficPolicy/platform/wendo/JsonKey.h"
+#include "TrafficPolicy/platform/wendo/PlainText.h"
 
 #include <algorithm>
 #include <array>

@@ -18,9 +18,11 @@ PlainText const & numericalValueToStrFor( CliLabel const & label, uint32_t value
       return Names::ipv4Protocol( value );
    case ClassMapMatchOption::ipv6:
       return Names::ipv6Protocol( value );
-   default:
-      VORN_ASSERT( false && "Unrecognized match option" );
+   case ClassMapMatchOption::mac:
+   case ClassMapMatchOption::mpls:
+      break;
    }
+   VORN_ASSERT( false && "Unrecognized match option" );
    return none;
 }
 

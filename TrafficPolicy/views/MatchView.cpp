@@ -1,6 +1,7 @@
 #include "TrafficPolicy/views/MatchView.h"
 
 #include "TrafficPolicy/model/Trace.h"
+#include "TrafficPolicy/platform/vorn/DescribeAttributes.h"
 #include "TrafficPolicy/views/ListWriters.h"
 #include "TrafficPolicy/views/ProtocolView.h"
 
@@ -8,11 +9,16 @@ namespace TrafficPolicyCli {
 
 namespace {
 
+using Classification::Fragment;
 using Classification::FragmentType;
 using Classification::RoutingProtocol;
 using Classification::StructuredFilter;
 using wendo::JsonKey;
 using wendo::RendererV2;
+
+// A condition that the record gains is one more call below.
+static_assert( Vorn::declaredLines< StructuredFilter >.size() == 12 );
+static_assert( Vorn::declaredLines< Fragment >.size() == 2 );
 
 void renderAddresses( RendererV2 & renderer, StructuredFilter const * structuredFilter,
                       unsigned indent ) {
@@ -40,25 +46,29 @@ void renderAddresses( RendererV2 & renderer, StructuredFilter const * structured
 template< typename Value >
 void renderFlag( RendererV2 & renderer, PlainText const & line, JsonKey const & key,
                  Value const & value, unsigned indent ) {
-   if ( renderer.isText() ) {
-      renderer.write( wendo::indentation( indent ), line, '\n' );
-   }
+   renderer.text( wendo::indentation( indent ), line, '\n' );
    renderer.addJsonKeyValuePair( key, value );
 }
 
-void renderFragment( RendererV2 & renderer, Classification::Fragment const & fragment,
-                     unsigned indent, ClassMapMatchOption matchOption ) {
-   static constexpr JsonKey object( "fragment" );
+void renderFragment( RendererV2 & renderer, Fragment const & fragment, unsigned indent,
+                     ClassMapMatchOption matchOption ) {
+   static constexpr JsonKey key( "fragment" );
    static constexpr JsonKey matchAllFragments( "matchAllFragments" );
    static constexpr CliLabel offset( "Fragment: offset" );
-   if ( fragment.fragmentType() == FragmentType::all ) {
-      renderer.startJsonObject( object );
+   switch ( fragment.fragmentType() ) {
+   case FragmentType::all: {
+      auto const object = renderer.object( key );
       renderFlag( renderer, "Fragment: all", matchAllFragments, true, indent );
-      renderer.endJsonDict();
-   } else if ( fragment.fragmentType() == FragmentType::offset && fragment.offset() ) {
-      renderer.startJsonObject( object );
-      renderNumericalRange( renderer, offset, fragment.offset(), indent, matchOption );
-      renderer.endJsonDict();
+      break;
+   }
+   case FragmentType::offset:
+      if ( fragment.offset() ) {
+         auto const object = renderer.object( key );
+         renderNumericalRange( renderer, offset, fragment.offset(), indent, matchOption );
+      }
+      break;
+   case FragmentType::other:
+      break; // nothing says how it would be shown
    }
 }
 
@@ -73,7 +83,6 @@ void renderMatches( RendererV2 & renderer, PolicyState const & policyState,
    static constexpr CliLabel ipLength( "IP length" );
    static constexpr CliLabel dscp( "DSCP" );
    static constexpr CliLabel ttl( "TTL" );
-   static constexpr PlainText bgp( "bgp" );
 
    StructuredFilter const * filter = classMapMatch.structuredFilter().get();
    if ( !filter ) {
@@ -82,7 +91,7 @@ void renderMatches( RendererV2 & renderer, PolicyState const & policyState,
       return;
    }
    ClassMapMatchOption const option = classMapMatch.matchOption();
-   renderer.startJsonObject( matches );
+   auto const object = renderer.object( matches );
    renderAddresses( renderer, filter, indent );
    if ( filter->protocols() ) {
       renderProtocol( renderer, *filter, indent, policyState.indentCountPerLevel(), option );
@@ -100,15 +109,16 @@ void renderMatches( RendererV2 & renderer, PolicyState const & policyState,
       renderNumericalRange( renderer, ttl, filter->ttl(), indent, option );
    }
    if ( filter->neighborProtocol() == RoutingProtocol::bgp ) {
-      renderFlag( renderer, "protocol neighbors bgp", neighborProtocol, bgp, indent );
+      renderFlag( renderer, "protocol neighbors bgp", neighborProtocol,
+                  Classification::routingProtocols[RoutingProtocol::bgp], indent );
    }
    if ( filter->matchL4Protocol() == RoutingProtocol::bgp ) {
-      renderFlag( renderer, "protocol bgp", matchL4Protocol, bgp, indent );
+      renderFlag( renderer, "protocol bgp", matchL4Protocol,
+                  Classification::routingProtocols[RoutingProtocol::bgp], indent );
    }
    if ( filter->matchIpOptions() ) {
       renderFlag( renderer, "IP options: all", matchIpOptions, true, indent );
    }
-   renderer.endJsonDict();
 }
 
 } // namespace TrafficPolicyCli

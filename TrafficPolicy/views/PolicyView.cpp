@@ -2,15 +2,15 @@
 
 #include "TrafficPolicy/views/PolicyView.h"
 
+#include "TrafficPolicy/model/Columns.h"
 #include "TrafficPolicy/model/Trace.h"
-#include "TrafficPolicy/platform/vorn/Prefetch.h"
 #include "TrafficPolicy/views/ActionView.h"
 #include "TrafficPolicy/views/MatchView.h"
 #include "TrafficPolicy/views/NamedCounterList.h"
 #include "TrafficPolicy/views/PolicyViewLabels.h"
 #include "TrafficPolicy/views/Reply.h"
 
-#include <span>
+#include <string>
 
 namespace TrafficPolicyCli {
 
@@ -21,8 +21,6 @@ using wendo::JsonKey;
 using wendo::JsonMember;
 using wendo::RendererV2;
 
-constexpr unsigned listIndent = 3;
-constexpr unsigned ruleIndent = 6;
 constexpr unsigned namesShown = 3; // in text, unless the detail is asked for
 
 constexpr char allVrfsNote[] = "NOTE: \"vrf all\" option is applied on CPU for VRFs which are not "
@@ -36,13 +34,12 @@ constexpr char undefinedCounterWarning[] =
 template< typename Binding >
 void renderListEntry( RendererV2 & renderer, ListLabel const & label,
                       typename Binding::Names const * names, bool showAll ) {
-   renderer.startJsonList( label.key );
-   if ( renderer.isText() ) {
-      renderer.write( indentation( listIndent ), label.text );
-   }
+   auto const list = renderer.list( label.key );
+   renderer.text( indentation( Columns::list ), label.text );
    if ( names ) {
       size_t count = 0;
       for ( auto const & [name, member] : *names ) {
+         wendo::interrupt::check();
          renderer.addJsonKeyValuePair( wendo::listElement, Binding::string( name ) );
          ++count;
          if ( count <= namesShown || showAll ) {
@@ -53,7 +50,6 @@ void renderListEntry( RendererV2 & renderer, ListLabel const & label,
          }
       }
    }
-   renderer.endJsonList();
    renderer.eol();
 }
 
@@ -61,31 +57,26 @@ void renderListEntry( RendererV2 & renderer, ListLabel const & label,
 // failures, not even the JSON key.
 template< typename Binding >
 void renderInstallErrors( RendererV2 & renderer, JsonKey const & key,
-                          typename Binding::State const & state, ClassMapMatchOption option,
-                          unsigned indent ) {
+                          typename Binding::State const & state, ClassMapMatchOption option ) {
    trace.write( 8, "", policyViewLabels< Binding >.errorsSignature, key.name(), ", ", option );
    auto const * errors = Binding::errors( state, option );
    if ( !errors ) {
       trace.write( 8, "No installation errors to render" );
       return;
    }
-   renderer.startJsonList( key );
+   auto const list = renderer.list( key );
    for ( auto const & [name, text] : *errors ) {
+      wendo::interrupt::check();
       std::string line( Binding::string( name ).view() );
       line.append( " (" ).append( text.view() ).append( ")" );
-      renderer.addJsonKeyValuePair( wendo::listElement, std::string_view( line ) );
-      if ( renderer.isText() ) {
-         renderer.write( indentation( indent ), std::string_view( line ), '\n' );
-      }
+      renderer.addJsonKeyValuePair( wendo::listElement, line );
+      renderer.text( indentation( Columns::errors( state ) ), std::string_view( line ), '\n' );
    }
-   renderer.endJsonList();
 }
 
 void renderRulesModel( RendererV2 & renderer, unsigned ruleCount ) {
-   if ( renderer.isText() ) {
-      renderer.write( indentation( listIndent ), "Total number of rules configured: ", ruleCount,
-                      '\n' );
-   }
+   renderer.text( indentation( Columns::list ), "Total number of rules configured: ", ruleCount,
+                  '\n' );
 }
 
 template< typename Binding >
@@ -95,8 +86,7 @@ void renderCommonErrorsModel( RendererV2 & renderer, typename Binding::State con
    for ( FamilyLabels const & family : policyViewLabels< Binding >.families ) {
       renderListEntry< Binding >( renderer, family.failed, Binding::failed( state, family.option ),
                                   state.detail() );
-      renderInstallErrors< Binding >( renderer, family.errors, state, family.option,
-                                      state.indentCountPerLevel() + 3 );
+      renderInstallErrors< Binding >( renderer, family.errors, state, family.option );
    }
 }
 
@@ -112,85 +102,46 @@ void renderCommonModel( RendererV2 & renderer, typename Binding::State const & s
    renderRulesModel( renderer, state.ruleCount() );
 }
 
-// Opens the rule's object in JSON.
-void renderRuleSummary( RendererV2 & renderer, Vorn::String const & ruleName,
-                        ClassMapMatchOption option ) {
+// The rule's object in JSON, with the heading as its first members.
+wendo::JsonScope renderRuleSummary( RendererV2 & renderer, Vorn::String const & ruleName,
+                                    ClassMapMatchOption option ) {
    static constexpr JsonKey ruleString( "ruleString" );
    static constexpr JsonKey matchOption( "matchOption" );
-   if ( renderer.isJson() ) {
-      renderer._startJsonListEntry(
-         JsonMember{ ruleString, ruleName },
-         JsonMember{ matchOption, PolicyMap::matchOptionName( option ) } );
-   } else if ( renderer.isText() ) {
-      renderer.write( indentation( ruleIndent ), "match ", ruleName, ' ',
-                      PolicyMap::matchOptionName( option ), '\n' );
-   }
-}
-
-// The rules of a policy, in order.
-struct Rules {
-   explicit Rules( PolicyState const & state )
-      : matches( counted( state.classMapConfig(), state.ruleCount() ) )
-      , statuses( counted( state.classMapStatus(), state.ruleCount() ) ) {}
-
-   std::span< Vorn::Ptr< PolicyMap::ClassMapMatch const > const > matches;
-   std::span< Vorn::Ptr< PolicyMap::ClassMapStatus const > const > statuses;
-
-private:
-   template< typename Record >
-   static std::span< Record const > counted( Vorn::IndexedArray< Record > const & array,
-                                             uint32_t ruleCount ) {
-      VORN_ASSERT( ruleCount <= array.size() );
-      return array.slots().first( ruleCount );
-   }
-};
-
-// Asks for the match and the status of rules to come, and for the name that hangs under the status.
-// For a summary: while a rule is written in full, the processor fetches the next ones by itself.
-void prefetchRule( Rules const & rules, size_t rule ) {
-   constexpr size_t far = 6; // rules
-   constexpr size_t near = 3;
-   if ( rule + far < rules.statuses.size() ) {
-      Vorn::prefetch( rules.matches[rule + far].get() );
-      Vorn::prefetch( rules.statuses[rule + far].get() );
-      if ( auto const & status = rules.statuses[rule + near] ) {
-         Vorn::prefetch( status->name().data() );
-      }
-   }
+   wendo::PlainText const & family = PolicyMap::matchOptionName( option );
+   renderer.text( indentation( Columns::rule ), "match ", ruleName, ' ', family, '\n' );
+   return renderer.listEntry( JsonMember{ ruleString, ruleName },
+                              JsonMember{ matchOption, family } );
 }
 
 void renderRules( RendererV2 & renderer, PolicyState const & state, bool countersPerInterface,
                   char const * ruleFunction ) {
-   static constexpr JsonKey rulesKey( "rules" );
-   unsigned const detailIndent = state.indentCountPerLevel() + 6;
-   bool const summary = state.summary();
-   Rules const rules( state );
+   static constexpr JsonKey rules( "rules" );
+   PolicyState::MatchCursor const matches( state.classMapConfig() );
+   PolicyState::StatusCursor const statuses( state.classMapStatus() );
    ActionWriter actions( renderer, state, countersPerInterface );
-   renderer.startJsonList( rulesKey );
-   for ( size_t rule = 0; rule < rules.matches.size(); ++rule ) {
-      if ( summary ) {
-         prefetchRule( rules, rule );
+   auto const list = renderer.list( rules );
+   for ( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
+      auto const * classMapMatch = matches[rule];
+      auto const * classMapStatus = statuses[rule];
+      VORN_ASSERT( classMapMatch );
+      VORN_ASSERT( classMapStatus );
+      auto const entry =
+         renderRuleSummary( renderer, classMapStatus->name(), classMapMatch->matchOption() );
+      if ( !state.summary() ) {
+         trace.write( 8, { "Rendering detailed view of the rule ", ruleFunction },
+                      classMapStatus->name() );
+         renderMatches( renderer, state, *classMapMatch, Columns::details( state ) );
+         actions.renderActions( classMapStatus->name(), *classMapStatus,
+                                Columns::details( state ) );
       }
-      PolicyMap::ClassMapMatch const & match = *rules.matches[rule];
-      PolicyMap::ClassMapStatus const & status = *rules.statuses[rule];
-      renderRuleSummary( renderer, status.name(), match.matchOption() );
-      if ( !summary ) {
-         trace.write( 8, { "Rendering detailed view of the rule ", ruleFunction }, status.name() );
-         renderMatches( renderer, state, match, detailIndent );
-         actions.renderActions( status.name(), status, detailIndent );
-      }
-      renderer.endJsonDict();
    }
-   renderer.endJsonList();
 }
 
 template< typename Binding >
 void renderPolicy( RendererV2 & renderer, typename Binding::State const & state,
                    bool countersPerInterface ) {
-   if ( renderer.isText() ) {
-      renderer.write( "Traffic policy ", state.name(), '\n' );
-   }
-   renderer.startJsonObject( state.name() );
+   renderer.text( "Traffic policy ", state.name(), '\n' );
+   auto const policy = renderer.object( state.name() );
    if ( state.errors() ) {
       renderCommonErrorsModel< Binding >( renderer, state );
    } else {
@@ -199,7 +150,6 @@ void renderPolicy( RendererV2 & renderer, typename Binding::State const & state,
       renderRules( renderer, state, countersPerInterface,
                    policyViewLabels< Binding >.ruleFunction );
    }
-   renderer.endJsonDict();
 }
 
 } // namespace
@@ -207,27 +157,26 @@ void renderPolicy( RendererV2 & renderer, typename Binding::State const & state,
 template< typename Binding >
 void renderPolicies( unsigned fd, unsigned format, Selection const & selection,
                      PolicyViewOptions const & options ) {
-   static constexpr JsonKey trafficPolicies( "trafficPolicies" );
-   Reply reply( fd, format );
-   RendererV2 & renderer = reply.renderer();
-   bool anyFailed = false;
-   reply.open();
-   renderer.startJsonObject( trafficPolicies );
-   selection.forEach( [&]( PolicyState const & policyState ) {
-      auto const & state = static_cast< typename Binding::State const & >( policyState );
-      renderPolicy< Binding >( renderer, state, options.countersPerInterface );
-      anyFailed |= Binding::anyFailed( state );
-      if ( state.undefinedCounter() ) {
-         renderer.addFrill( undefinedCounterWarning );
-         renderer.eol();
+   writeReply( fd, format, [&]( RendererV2 & renderer ) {
+      bool anyFailed = false;
+      {
+         static constexpr JsonKey trafficPolicies( "trafficPolicies" );
+         auto const policies = renderer.object( trafficPolicies );
+         selection.forEach( [&]( PolicyState & policyState ) {
+            auto const & state = stateOfSide< Binding >( policyState );
+            renderPolicy< Binding >( renderer, state, options.countersPerInterface );
+            anyFailed |= Binding::anyFailed( state );
+            if ( state.undefinedCounter() ) {
+               renderer.addFrill( undefinedCounterWarning );
+               renderer.eol();
+            }
+         } );
+      }
+      if ( !options.errors ) {
+         renderer.addFrill( options.allVrfs ? allVrfsNote : "" );
+         renderer.addFrill( anyFailed ? policyViewLabels< Binding >.failedWarning : "" );
       }
    } );
-   renderer.endJsonDict();
-   if ( !options.errors ) {
-      renderer.addFrill( options.allVrfs ? allVrfsNote : "" );
-      renderer.addFrill( anyFailed ? policyViewLabels< Binding >.failedWarning : "" );
-   }
-   reply.close();
 }
 
 template void renderPolicies< CpuBinding >( unsigned, unsigned, Selection const &,

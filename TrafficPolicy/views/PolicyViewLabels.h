@@ -3,7 +3,7 @@
 #pragma once
 
 #include "TrafficPolicy/model/Binding.h"
-#include "TrafficPolicy/views/JsonKey.h"
+#include "TrafficPolicy/platform/wendo/JsonKey.h"
 
 #include <string_view>
 

@@ -1,5 +1,6 @@
 #include "TrafficPolicy/views/ProtocolView.h"
 
+#include "TrafficPolicy/platform/vorn/DescribeAttributes.h"
 #include "TrafficPolicy/views/ListWriters.h"
 
 namespace TrafficPolicyCli {
@@ -15,54 +16,44 @@ using wendo::RendererV2;
 
 constexpr CliLabel protocolLabel( "Protocol" );
 constexpr uint32_t tcp = 6; // RFC 9293
+constexpr char missingField[] = "ProtoField not found for protocol ";
 
 using Protocols = Vorn::HashMap< ProtocolRange, Vorn::Ptr< ProtoField const > >;
 using ProtocolEntry = Vorn::HashMapEntry< ProtocolRange, Vorn::Ptr< ProtoField const > >;
 using IcmpEntry = Vorn::HashMapEntry< Classification::IcmpTypeRange,
                                       Vorn::Ptr< Classification::TypeAndCode const > >;
 
-bool hasConditions( ProtoField const & field ) {
-   return field.sport() || field.sportFieldSet() || field.dport() || field.dportFieldSet()
-          || field.icmp() || !( field.tcpFlags() == TcpFlagAndMask() );
-}
-
-bool isPlain( auto const & protocols ) {
-   for ( auto const & [range, field] : protocols ) {
-      if ( hasConditions( *field ) ) {
-         return false;
-      }
+// The entry's record, or null with a trace: then the entry is skipped.
+template< typename Entry >
+auto const * recordOf( Entry const & entry, char const * missing ) {
+   if ( !entry.value ) {
+      trace.write( 7, { missing, "renderProtocol" }, entry.key.low, "-", entry.key.high );
    }
-   return true;
+   return entry.value.get();
 }
 
 void renderTcpFlags( RendererV2 & renderer, TcpFlagAndMask const & tcpFlags, unsigned indent ) {
    static constexpr CliLabel label( "TCP flags" );
    static constexpr JsonKey nameKey( "name" );
    static constexpr JsonKey valueKey( "value" );
-   static constexpr struct {
-      uint16_t bit;
-      PlainText name;
-   } known[] = { { TcpFlagAndMask::initialSyn, "initial-syn" },
-                 { TcpFlagAndMask::established, "established" } };
-
    ListLines lines( label.heading(), indent );
-   renderer.startJsonList( label.key() );
-   for ( auto const & [bit, name] : known ) {
+   auto const list = renderer.list( label.key() );
+   bool anyKnown = false;
+   for ( auto const & [bit, name] : Classification::tcpFlagNames ) {
       if ( !( tcpFlags.flags & bit ) ) {
          continue;
       }
+      anyKnown = true;
       if ( renderer.isJson() ) {
          renderer._addJsonListEntry( JsonMember{ nameKey, name }, JsonMember{ valueKey, true } );
-      } else if ( renderer.isText() ) {
-         renderer.write( lines.next(), name, ":1\n" );
+      } else {
+         renderer.text( lines.next(), name, ":1\n" );
       }
    }
    // The label has its line even when no bit has a name.
-   if ( !( tcpFlags.flags & ( TcpFlagAndMask::initialSyn | TcpFlagAndMask::established ) )
-        && renderer.isText() ) {
-      renderer.write( lines.next(), '\n' );
+   if ( !anyKnown ) {
+      renderer.text( lines.next(), '\n' );
    }
-   renderer.endJsonList();
 }
 
 void renderIcmpCodes( RendererV2 & renderer, Classification::TypeAndCode const & type,
@@ -70,8 +61,8 @@ void renderIcmpCodes( RendererV2 & renderer, Classification::TypeAndCode const &
    static constexpr CliLabel label( "ICMP code" );
    if ( type.icmpCode() ) {
       renderNumericalRange( renderer, label, type.icmpCode(), indent, matchOption );
-   } else if ( renderer.isText() ) {
-      renderer.write( wendo::indentation( indent ), "ICMP code: all\n" );
+   } else {
+      renderer.text( wendo::indentation( indent ), "ICMP code: all\n" );
    }
 }
 
@@ -79,59 +70,93 @@ void renderIcmp( RendererV2 & renderer, ProtoField const & field, unsigned inden
                  ClassMapMatchOption matchOption ) {
    static constexpr CliLabel label( "ICMP type" );
    static constexpr JsonKey icmps( "icmps" );
-   SortedView< IcmpEntry > const types( field.icmp() );
    ListLines lines( label.heading(), indent );
-   renderer.startJsonList( icmps );
-   for ( IcmpEntry const * type : types ) {
-      if ( renderer.isJson() ) {
-         renderer._startJsonListEntry( JsonMember{ label.key(), type->key } );
-      } else if ( renderer.isText() ) {
-         writeRange( renderer, lines.next(), label, type->key, matchOption );
+   auto const list = renderer.list( icmps );
+   for ( IcmpEntry const * entry : SortedView< IcmpEntry >( field.icmp() ) ) {
+      auto const * type = recordOf( *entry, "TypeAndCode not found for ICMP type " );
+      if ( !type ) {
+         continue;
       }
-      renderIcmpCodes( renderer, *type->value, indent, matchOption );
-      renderer.endJsonListEntry();
+      auto const object = renderer.listEntry( JsonMember{ label.key(), entry->key } );
+      if ( renderer.isText() ) {
+         writeRange( renderer, lines.next(), label, entry->key, matchOption );
+      }
+      renderIcmpCodes( renderer, *type, indent, matchOption );
    }
-   renderer.endJsonList();
 }
 
-// The conditions of one protocol.
-void renderConditions( RendererV2 & renderer, ProtocolRange const & range, ProtoField const & field,
-                       unsigned indent, ClassMapMatchOption matchOption ) {
+// Where and for which rule conditions are written.
+struct Context {
+   RendererV2 & renderer;
+   unsigned indent;
+   ClassMapMatchOption matchOption;
+};
+
+// A condition that the record gains has its place in the walk below.
+static_assert( Vorn::declaredLines< ProtoField >.size() == 6 );
+
+// Calls the function for each kind of condition, in output order, with whether the protocol has one
+// and how it is written.
+template< typename Visit >
+void visitConditions( ProtocolRange const & range, ProtoField const & field, Visit const & visit ) {
    static constexpr CliLabel sourcePort( "Source port" );
    static constexpr CliLabel sourcePortSet = CliLabel::fieldSet( "Source port" );
    static constexpr CliLabel destinationPort( "Destination port" );
    static constexpr CliLabel destinationPortSet = CliLabel::fieldSet( "Destination port" );
-   // Flags belong to TCP: on any other protocol, or a range that includes it, they are not shown.
-   if ( range.low == tcp && range.high == tcp && !( field.tcpFlags() == TcpFlagAndMask() ) ) {
-      renderTcpFlags( renderer, field.tcpFlags(), indent );
+   auto const ranges = [&]( CliLabel const & label, auto const & values ) {
+      visit( !values.empty(), [&]( Context const & to ) {
+         renderNumericalRange( to.renderer, label, values, to.indent, to.matchOption );
+      } );
+   };
+   auto const fieldSets = [&]( CliLabel const & label, auto const & names ) {
+      visit( !names.empty(), [&]( Context const & to ) {
+         renderFieldSet( to.renderer, label, names, to.indent );
+      } );
+   };
+   visit( field.tcpFlags() != TcpFlagAndMask(), [&]( Context const & to ) {
+      // Flags belong to TCP: on another protocol, or a range that includes it, they are not shown.
+      if ( range.low == tcp && range.high == tcp ) {
+         renderTcpFlags( to.renderer, field.tcpFlags(), to.indent );
+      }
+   } );
+   ranges( sourcePort, field.sport() );
+   fieldSets( sourcePortSet, field.sportFieldSet() );
+   ranges( destinationPort, field.dport() );
+   fieldSets( destinationPortSet, field.dportFieldSet() );
+   visit( !field.icmp().empty(), [&]( Context const & to ) {
+      renderIcmp( to.renderer, field, to.indent, to.matchOption );
+   } );
+}
+
+// No protocol has a condition of its own.
+bool isPlain( Protocols const & protocols ) {
+   bool any = false;
+   for ( auto const & [range, field] : protocols ) {
+      if ( field ) {
+         visitConditions( range, *field, [&]( bool has, auto const & ) { any = any || has; } );
+      }
    }
-   if ( field.sport() ) {
-      renderNumericalRange( renderer, sourcePort, field.sport(), indent, matchOption );
-   }
-   if ( field.sportFieldSet() ) {
-      renderFieldSet( renderer, sourcePortSet, field.sportFieldSet(), indent );
-   }
-   if ( field.dport() ) {
-      renderNumericalRange( renderer, destinationPort, field.dport(), indent, matchOption );
-   }
-   if ( field.dportFieldSet() ) {
-      renderFieldSet( renderer, destinationPortSet, field.dportFieldSet(), indent );
-   }
-   if ( field.icmp() ) {
-      renderIcmp( renderer, field, indent, matchOption );
-   }
+   return !any;
+}
+
+void renderConditions( Context const & to, ProtocolRange const & range, ProtoField const & field ) {
+   visitConditions( range, field, [&]( bool has, auto const & write ) {
+      if ( has ) {
+         write( to );
+      }
+   } );
 }
 
 void renderProtocolsJson( RendererV2 & renderer, Protocols const & protocols,
                           ClassMapMatchOption matchOption ) {
    static constexpr JsonKey protocolRange( "protocolRange" );
-   renderer._startJsonList( protocolLabel.key() );
+   auto const list = renderer.list( protocolLabel.key() );
    for ( ProtocolEntry const * protocol : SortedView< ProtocolEntry >( protocols ) ) {
-      renderer._startJsonListEntry( JsonMember{ protocolRange, protocol->key } );
-      renderConditions( renderer, protocol->key, *protocol->value, 0, matchOption );
-      renderer.endJsonListEntry();
+      if ( auto const * field = recordOf( *protocol, missingField ) ) {
+         auto const entry = renderer.listEntry( JsonMember{ protocolRange, protocol->key } );
+         renderConditions( { renderer, 0, matchOption }, protocol->key, *field );
+      }
    }
-   renderer.endJsonList();
 }
 
 void renderProtocolsText( RendererV2 & renderer, Protocols const & protocols, unsigned indent,
@@ -139,9 +164,13 @@ void renderProtocolsText( RendererV2 & renderer, Protocols const & protocols, un
    bool const plain = isPlain( protocols );
    ListLines lines( protocolLabel.heading(), indent );
    for ( ProtocolEntry const * protocol : SortedView< ProtocolEntry >( protocols ) ) {
+      auto const * field = recordOf( *protocol, missingField );
+      if ( !field ) {
+         continue;
+      }
       writeRange( renderer, lines.next(), protocolLabel, protocol->key, matchOption );
       if ( !plain ) {
-         renderConditions( renderer, protocol->key, *protocol->value, indent + step, matchOption );
+         renderConditions( { renderer, indent + step, matchOption }, protocol->key, *field );
          lines = ListLines( protocolLabel.heading(), indent );
       }
    }

@@ -1,5 +1,7 @@
 #include "TrafficPolicy/views/RendererV2.h"
 
+#include <algorithm>
+
 namespace wendo {
 
 void RendererV2::writeAlone( Spaces spaces ) {

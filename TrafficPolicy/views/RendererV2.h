@@ -4,22 +4,50 @@
 // JSON, and the other way round, so that a view may call both unconditionally; write, writeString
 // and the operations that begin with an underscore leave the test to the caller.
 //
-// JSON state is one flag: set when the next member is the first of its container and takes no
-// comma. Nesting is not checked: whoever opens a container closes it.
+// JSON containers are opened as scopes, which close themselves:
+//
+//    auto const policy = renderer.object( state.name() );
+//    auto const rules = renderer.list( rulesKey );
+//
+// A key is a JsonKey, a Vorn::String or anything that is a std::string_view; with an empty key a
+// member is a list element. JSON state is one flag, set when the next member is the first of its
+// container and takes no comma, and the brackets of scopes that ended since the last member.
 
 #pragma once
 
 #include "TrafficPolicy/platform/wendo/JsonEscape.h"
+#include "TrafficPolicy/platform/wendo/JsonKey.h"
+#include "TrafficPolicy/platform/wendo/Pieces.h"
 #include "TrafficPolicy/platform/wendo/Renderer.h"
-#include "TrafficPolicy/views/JsonKey.h"
-#include "TrafficPolicy/views/Pieces.h"
 
-#include <algorithm>
 #include <concepts>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 namespace wendo {
+
+class RendererV2;
+
+// An open object, list or list entry of a JSON reply; nothing in text. Its end writes nothing: it
+// leaves the bracket with the renderer, which writes it before the next member or the root's end.
+// So closing costs no reservation of its own, cannot throw, and an exception that leaves the view
+// ends the reply where it was, without brackets that would make it look complete.
+class [[nodiscard]] JsonScope {
+public:
+   JsonScope( JsonScope const & ) = delete;
+   JsonScope & operator=( JsonScope const & ) = delete;
+   inline ~JsonScope();
+
+private:
+   friend class RendererV2;
+   JsonScope( RendererV2 * renderer, char bracket )
+      : renderer_( renderer )
+      , bracket_( bracket ) {}
+
+   RendererV2 * renderer_; // null in text
+   char bracket_;
+};
 
 // The buffer needs the room of the pieces that one operation writes: a kilobyte will do.
 class RendererV2 : public Renderer {
@@ -43,26 +71,25 @@ public:
    }
    template< typename Value >
    void writeString( Value const & value ) {
-      write( value );
+      write( textPiece( value ) );
    }
    void writeString( char const * text, size_t size ) { buffer().append( { text, size } ); }
    template< typename Value >
    void _addText( std::string_view label, Value const & value ) {
-      write( label, value );
+      write( label, textPiece( value ) );
    }
 
    // Text: tested here.
 
-   void eol() {
+   // The pieces as text.
+   template< typename... Pieces >
+   [[gnu::always_inline]] void text( Pieces const &... pieces ) {
       if ( isText() ) {
-         write( '\n' );
+         write( pieces... );
       }
    }
-   void addFrill( std::string_view text ) {
-      if ( isText() ) {
-         write( text );
-      }
-   }
+   void eol() { text( '\n' ); }
+   void addFrill( std::string_view frill ) { text( frill ); }
    template< typename Value >
    void addText( std::string_view label, Value const & value ) {
       if ( isText() ) {
@@ -72,34 +99,35 @@ public:
 
    // JSON: the caller has tested for it.
 
-   void writeQuotedString( std::string_view text ) { appendEscaped( buffer(), text ); }
+   void writeQuotedString( std::string_view text ) {
+      writeClosers();
+      appendEscaped( buffer(), text );
+   }
+   // In quotes, escaped: any text. Numbers and truth values as they are.
    template< typename Value >
    void writeJsonValue( Value const & value ) {
-      write( Json{ value } );
+      writeClosers();
+      write( Json{ jsonPiece( value ) } );
    }
-   void writeJsonValue( std::string_view text ) { writeQuoted( text ); }
 
    // A member; with the empty key a list element.
    template< typename Key, typename Value >
    void _addJsonKeyValuePair( Key const & key, Value const & value ) {
-      if ( key.empty() ) {
-         writeMember( Json{ value } );
+      auto const & name = jsonPiece( key );
+      if ( name.empty() ) {
+         writeMember( Json{ jsonPiece( value ) } );
       } else {
-         writeMember( JsonMember{ key, value } );
+         writeMember( JsonMember{ name, jsonPiece( value ) } );
       }
    }
    template< typename Key >
-   void _addJsonKeyValuePair( Key const & key, std::string_view value ) {
-      _addJsonKeyValuePair( key, Vorn::String( value ) );
-   }
-   template< typename Key >
    void _startJsonObject( Key const & key ) {
-      writeMember( JsonName{ key }, '{' );
+      writeMember( JsonName{ jsonPiece( key ) }, '{' );
       first_ = true;
    }
    template< typename Key >
    void _startJsonList( Key const & key ) {
-      writeMember( JsonName{ key }, '[' );
+      writeMember( JsonName{ jsonPiece( key ) }, '[' );
       first_ = true;
    }
    void _startJsonListEntry() {
@@ -130,11 +158,10 @@ public:
          writeMember( JsonName{ key }, '[', Json{ **at }, ']' );
          return;
       }
-      _startJsonList( key );
+      auto const open = list( key );
       for ( ; at != end; ++at ) {
          writeMember( Json{ **at } );
       }
-      endJsonList();
    }
 
    // JSON: tested here.
@@ -148,8 +175,27 @@ public:
    }
    void endJsonRoot() {
       if ( isJson() ) {
+         writeClosers();
          write( "}\n" );
       }
+   }
+   template< typename Key >
+   JsonScope object( Key const & key ) {
+      startJsonObject( key );
+      return scope( '}' );
+   }
+   template< typename Key >
+   JsonScope list( Key const & key ) {
+      startJsonList( key );
+      return scope( ']' );
+   }
+   // An object in a list, with its first members.
+   template< typename... Members >
+   JsonScope listEntry( Members const &... members ) {
+      if ( isJson() ) {
+         _startJsonListEntry( members... );
+      }
+      return scope( '}' );
    }
    template< typename Key >
    void startJsonObject( Key const & key ) {
@@ -174,16 +220,53 @@ public:
          _addJsonKeyValuePair( key, value );
       }
    }
+   // A whole object.
+   template< typename Key, typename... Members >
+   void addJsonObject( Key const & key, Members const &... members ) {
+      if ( isJson() ) {
+         _addJsonObject( key, members... );
+      }
+   }
    void endJsonDict() { close( '}' ); }
    void endJsonList() { close( ']' ); }
    void endJsonListEntry() { close( '}' ); }
 
 private:
-   // The comma rule, and the pieces of a member.
+   friend class JsonScope;
+
+   JsonScope scope( char bracket ) { return { isJson() ? this : nullptr, bracket }; }
+
+   // Literals, characters and strings of the standard library as texts of their whole length.
+   template< typename Value >
+   static decltype( auto ) textPiece( Value const & value ) {
+      if constexpr ( std::convertible_to< Value const &, std::string_view > ) {
+         return std::string_view( value );
+      } else {
+         return ( value );
+      }
+   }
+   // The same as what JSON escapes.
+   template< typename Value >
+   static decltype( auto ) jsonPiece( Value const & value ) {
+      if constexpr ( std::convertible_to< Value const &, std::string_view > ) {
+         return Vorn::String( std::string_view( value ) );
+      } else {
+         return ( value );
+      }
+   }
+
+   // The ends of closed scopes, the comma rule, and the pieces of a member.
    template< typename... Pieces >
    [[gnu::always_inline]] void writeMember( Pieces const &... pieces ) {
-      write( Comma{ !first_ }, pieces... );
+      write( closers_, Comma{ !first_ }, pieces... );
+      closers_.clear();
       first_ = false;
+   }
+   void writeClosers() {
+      if ( !closers_.empty() ) {
+         write( closers_ );
+         closers_.clear();
+      }
    }
 
    // Pieces that are too long for one reservation, or have something to escape.
@@ -208,14 +291,9 @@ private:
       write( line.heading );
    }
    void writeAlone( Json< Vorn::String > text ) { writeQuoted( text.value.view() ); }
-   template< typename Key >
-   void writeAlone( JsonName< Key > name ) {
-      if constexpr ( std::is_same_v< Key, JsonKey > ) {
-         write( name );
-      } else {
-         writeQuoted( name.key.view() );
-         write( ':' );
-      }
+   void writeAlone( JsonName< Vorn::String > name ) {
+      writeQuoted( name.key.view() );
+      write( ':' );
    }
    template< typename Key, typename Value >
    void writeAlone( JsonMember< Key, Value > const & member ) {
@@ -235,12 +313,21 @@ private:
 
    void close( char bracket ) {
       if ( isJson() ) {
-         write( bracket );
+         write( closers_, bracket );
+         closers_.clear();
          first_ = false;
       }
    }
 
+   Closers closers_;
    bool first_ = false;
 };
+
+JsonScope::~JsonScope() {
+   if ( renderer_ ) {
+      renderer_->closers_.add( bracket_ );
+      renderer_->first_ = false;
+   }
+}
 
 } // namespace wendo

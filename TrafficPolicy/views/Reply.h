@@ -1,4 +1,4 @@
-// One reply: the print buffer over the descriptor and the renderer on it.
+// One reply: the print buffer over the descriptor, the renderer on it, and the JSON root.
 
 #pragma once
 
@@ -9,26 +9,17 @@ namespace TrafficPolicyCli {
 
 static_assert( wendo::tooMuch <= wendo::WendoBuffer::viewCapacity );
 
-// Every view makes one on entry and closes it at its end. When an exception leaves the view, what
-// was written so far still reaches the descriptor.
-class Reply {
-public:
-   Reply( unsigned fd, unsigned format )
-      : buffer_( static_cast< int >( fd ), wendo::WendoBuffer::viewCapacity, true )
-      , renderer_( wendo::OutputFormat_t{ format }, buffer_ ) {}
-
-   wendo::RendererV2 & renderer() { return renderer_; }
-
-   void open() { renderer_.startJsonRoot(); }
-   // Flushes too, so that an error of the descriptor reaches the caller.
-   void close() {
-      renderer_.endJsonRoot();
-      buffer_.flush();
-   }
-
-private:
-   wendo::WendoBuffer buffer_;
-   wendo::RendererV2 renderer_;
-};
+// Calls the function with a renderer for the format (1 text, 2 JSON) inside the open root, then
+// ends the reply and writes it out, so that an error of the descriptor reaches the caller. When an
+// exception leaves the function, what was written so far still reaches the descriptor.
+template< typename Write >
+void writeReply( unsigned fd, unsigned format, Write const & write ) {
+   wendo::WendoBuffer buffer( static_cast< int >( fd ), wendo::WendoBuffer::viewCapacity, true );
+   wendo::RendererV2 renderer( wendo::OutputFormat_t{ format }, buffer );
+   renderer.startJsonRoot();
+   write( renderer );
+   renderer.endJsonRoot();
+   buffer.flush();
+}
 
 } // namespace TrafficPolicyCli
