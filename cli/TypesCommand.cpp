@@ -66,7 +66,7 @@ void writeAttribute( RendererV2 & renderer, Attribute const & attribute ) {
    static constexpr JsonKey value( "value" );
    static constexpr JsonKey operationsKey( "operations" );
    Vorn::AttributeOperations const & operations = *attribute.row.operations;
-   renderer._startJsonListEntry();
+   auto const entry = renderer.listEntry();
    renderer._addJsonKeyValuePair( nameKey, attribute.row.name );
    renderer._addJsonKeyValuePair( declarer, attribute.declarer.name() );
    renderer._addJsonKeyValuePair( kind, attributeKindName( attribute.row.kind ) );
@@ -76,12 +76,10 @@ void writeAttribute( RendererV2 & renderer, Attribute const & attribute ) {
    if ( !operations.valueType.empty() ) {
       renderer._addJsonKeyValuePair( value, operations.valueType );
    }
-   renderer._startJsonList( operationsKey );
+   auto const list = renderer.list( operationsKey );
    for ( std::string_view const name : operations.names() ) {
       renderer._addJsonKeyValuePair( wendo::listElement, name );
    }
-   renderer.endJsonList();
-   renderer.endJsonListEntry();
 }
 
 void writeMembers( RendererV2 & renderer, TypeRecord const & type ) {
@@ -95,19 +93,18 @@ void writeMembers( RendererV2 & renderer, TypeRecord const & type ) {
    } else {
       renderer._addJsonKeyValuePair( base, nullptr );
    }
-   renderer._startJsonList( constructor );
-   for ( auto const & [name, typeName] : type.constructor()->parameters ) {
-      renderer._startJsonListEntry();
-      renderer._addJsonKeyValuePair( nameKey, name );
-      renderer._addJsonKeyValuePair( parameterType, typeName );
-      renderer.endJsonListEntry();
+   {
+      auto const list = renderer.list( constructor );
+      for ( auto const & [name, typeName] : type.constructor()->parameters ) {
+         auto const entry = renderer.listEntry();
+         renderer._addJsonKeyValuePair( nameKey, name );
+         renderer._addJsonKeyValuePair( parameterType, typeName );
+      }
    }
-   renderer.endJsonList();
-   renderer._startJsonList( attributes );
+   auto const list = renderer.list( attributes );
    for ( Attribute const & attribute : attributesOf( type ) ) {
       writeAttribute( renderer, attribute );
    }
-   renderer.endJsonList();
 }
 
 using Row = std::vector< std::string >;
@@ -181,17 +178,15 @@ void listType( RendererV2 & renderer, TypeRecord const & type ) {
 void listAll( RendererV2 & renderer ) {
    static constexpr JsonKey classes( "classes" );
    renderer.startJsonRoot();
-   renderer.startJsonList( classes );
-   for ( TypeRecord const * type : TypeRecord::sorted() ) {
-      renderer.startJsonListEntry();
-      if ( renderer.isJson() ) {
-         writeMembers( renderer, *type );
-      } else {
-         renderer.write( type->name(), '\n' );
+   {
+      auto const list = renderer.list( classes );
+      for ( TypeRecord const * type : TypeRecord::sorted() ) {
+         renderer.text( type->name(), '\n' );
+         if ( auto const entry = renderer.listEntry(); renderer.isJson() ) {
+            writeMembers( renderer, *type );
+         }
       }
-      renderer.endJsonListEntry();
    }
-   renderer.endJsonList();
    renderer.endJsonRoot();
 }
 

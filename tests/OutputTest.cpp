@@ -1,5 +1,6 @@
 // The renderer's bytes, and the texts of numbers and prefixes.
 
+#include "TrafficPolicy/platform/wendo/WendoBuffer.h"
 #include "TrafficPolicy/views/RendererV2.h"
 #include "tests/Support.h"
 
@@ -166,7 +167,8 @@ TEST( Renderer, FieldsAndLongTexts ) {
                            } ),
                  text + "\"" + text + "\"" + text );
    }
-   EXPECT_DEATH( test::TextBuffer().getBuffer( 201 ), "endPtr - writePtr >= ptrdiff_t\\( required \\)" );
+   EXPECT_DEATH( test::TextBuffer().getBuffer( 201 ),
+                 "endPtr - writePtr >= ptrdiff_t\\( required \\)" );
    EXPECT_DEATH( wendo::WendoBuffer( -1, 0, false ).append( "x" ), "capacity\\(\\) > 0" );
 #ifdef TP_CHECK_RESERVATIONS
    EXPECT_DEATH(

@@ -123,7 +123,7 @@ TEST( Records, ThatAreMissingAreTracedAndSkipped ) {
         "IntfCountData not found for Et1", "Et1: 0 packets" },
       { []( auto & r ) { r.l3->intfStatusIs( r.et1, nullptr ); }, "", "VRFs: red" },
    };
-   trace.sinkIs( []( auto &&, int, std::string_view, std::string_view text ) {
+   trace.sinkIs( []( Vorn::TraceFacility const &, int, std::string_view, std::string_view text ) {
       traced.append( text ).append( "\n" );
    } );
    trace.levelMaskIs( 0x1ff );

@@ -40,9 +40,9 @@ void ShowTrafficPolicyBase::render( unsigned fd, unsigned format, unsigned revis
          renderTrafficPolicy( fd, format, revision );
       }
    } catch ( wendo::SigIntException const & exception ) {
-      // Whoever has stopped reading must not keep the command from ending.
-      wendo::writeAtOnce( STDOUT_FILENO,
-                          std::string( "exiting " ).append( exception.what() ).append( "\n" ) );
+      // A reader that has stalled must not keep the command from ending.
+      wendo::writeLastLine( STDOUT_FILENO,
+                            std::string( "exiting " ).append( exception.what() ).append( "\n" ) );
    }
 }
 

@@ -21,6 +21,7 @@
 #include "TrafficPolicy/platform/wendo/Renderer.h"
 
 #include <concepts>
+#include <cstddef>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -28,6 +29,11 @@
 namespace wendo {
 
 class RendererV2;
+
+// Literals, characters pointed to, and the strings of the standard library.
+template< typename Value >
+concept StandardText =
+   std::convertible_to< Value const &, std::string_view > && !std::same_as< Value, std::nullptr_t >;
 
 // An open object, list or list entry of a JSON reply; nothing in text. Its end writes nothing: it
 // leaves the bracket with the renderer, which writes it before the next member or the root's end.
@@ -236,19 +242,17 @@ private:
 
    JsonScope scope( char bracket ) { return { isJson() ? this : nullptr, bracket }; }
 
-   // Literals, characters and strings of the standard library as texts of their whole length.
    template< typename Value >
    static decltype( auto ) textPiece( Value const & value ) {
-      if constexpr ( std::convertible_to< Value const &, std::string_view > ) {
+      if constexpr ( StandardText< Value > ) {
          return std::string_view( value );
       } else {
          return ( value );
       }
    }
-   // The same as what JSON escapes.
    template< typename Value >
    static decltype( auto ) jsonPiece( Value const & value ) {
-      if constexpr ( std::convertible_to< Value const &, std::string_view > ) {
+      if constexpr ( StandardText< Value > ) {
          return Vorn::String( std::string_view( value ) );
       } else {
          return ( value );

@@ -13,15 +13,14 @@ using PolicyMap::ActionType;
 using PolicyMap::RateUnit;
 
 Vorn::Ptr< Action const > readPolice( JsonValue & value ) {
-   static constexpr std::pair< std::string_view, RateUnit > units[] = { { "bps", RateUnit::bps },
-                                                                        { "kbps", RateUnit::kbps },
-                                                                        { "mbps", RateUnit::mbps },
-                                                                        { "gbps", RateUnit::gbps },
-                                                                        { "pps", RateUnit::pps } };
    uint64_t rate = 0;
    RateUnit unit{};
+   auto const readUnit = [&]( JsonValue & v ) {
+      unit = readEnum( v, PolicyMap::rateUnits, RateUnit::bps, RateUnit::kbps, RateUnit::mbps,
+                       RateUnit::gbps, RateUnit::pps );
+   };
    value.object( required( "rate", [&]( JsonValue & v ) { rate = v.number( "a rate" ); } ),
-                 required( "unit", [&]( JsonValue & v ) { unit = readEnum( v, units ); } ) );
+                 required( "unit", readUnit ) );
    return Vorn::create< PolicyMap::PoliceAction >( rate, unit );
 }
 

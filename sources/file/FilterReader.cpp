@@ -60,15 +60,12 @@ auto prefixes( Record & record, bool ( Record::*insert )( Pelx::IpGenPrefix cons
 }
 
 uint16_t readTcpFlags( JsonValue & value ) {
-   static constexpr std::pair< std::string_view, uint16_t > names[] = {
-      { "initial-syn", TcpFlagAndMask::initialSyn }, { "established", TcpFlagAndMask::established }
-   };
    if ( value.isNumber() ) {
       return static_cast< uint16_t >( value.number( "a set of TCP flag bits", 0xffff ) );
    }
    unsigned flags = 0;
    value.list( [&]( JsonValue v ) {
-      unsigned const flag = readEnum( v, names );
+      unsigned const flag = readNamed( v, Classification::tcpFlagNames );
       if ( flags & flag ) {
          v.fail( "the flag stands in the list twice" );
       }
@@ -118,21 +115,17 @@ void readProtocol( JsonValue & value, StructuredFilter & filter ) {
 }
 
 Vorn::Ptr< Fragment const > readFragment( JsonValue & value ) {
-   static constexpr std::pair< std::string_view, FragmentType > types[] = {
-      { "all", FragmentType::all },
-      { "offset", FragmentType::offset },
-      { "other", FragmentType::other }
-   };
    auto const fragment = Vorn::create< Fragment >();
    bool hasOffsets = false;
    auto const offsets = [&]( JsonValue & v ) {
       hasOffsets = true;
       ranges( *fragment, &Fragment::offsetIs, "a fragment offset", lengthMax )( v );
    };
-   value.object(
-      required( "type",
-                [&]( JsonValue & v ) { fragment->fragmentTypeIs( readEnum( v, types ) ); } ),
-      optional( "offsets", offsets ) );
+   auto const type = [&]( JsonValue & v ) {
+      fragment->fragmentTypeIs( readEnum( v, Classification::fragmentTypes, FragmentType::all,
+                                          FragmentType::offset, FragmentType::other ) );
+   };
+   value.object( required( "type", type ), optional( "offsets", offsets ) );
    if ( hasOffsets && fragment->fragmentType() != FragmentType::offset ) {
       value.fail( "only the type \"offset\" has offsets" );
    }
@@ -140,10 +133,7 @@ Vorn::Ptr< Fragment const > readFragment( JsonValue & value ) {
 }
 
 Classification::RoutingProtocol readRoutingProtocol( JsonValue & value ) {
-   static constexpr std::pair< std::string_view, Classification::RoutingProtocol > names[] = {
-      { "bgp", Classification::RoutingProtocol::bgp }
-   };
-   return readEnum( value, names );
+   return readEnum( value, Classification::routingProtocols, Classification::RoutingProtocol::bgp );
 }
 
 } // namespace

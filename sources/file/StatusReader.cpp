@@ -88,13 +88,10 @@ void readNamedCounters( JsonValue & value, PolicyMapStatus & policy ) {
 
 PolicyMap::InstalledStatus readInstalled( JsonValue & value ) {
    using PolicyMap::InstalledStatus;
-   static constexpr std::pair< std::string_view, uint8_t > names[] = {
-      { "programmed", InstalledStatus::programmed }, { "failed", InstalledStatus::failed }
-   };
    InstalledStatus installed;
    auto const status = [&]( JsonValue & v ) {
       installed.status = v.isNumber() ? static_cast< uint8_t >( v.number( "a status code", 255 ) )
-                                      : readEnum( v, names );
+                                      : readNamed( v, PolicyMap::installedStatusNames );
    };
    value.object( required( "status", status ),
                  optional( "error", [&]( JsonValue & v ) { installed.error = v.string(); } ) );
@@ -154,12 +151,8 @@ void readL3Interfaces( JsonValue & value, L3::Intf::StatusDir & interfaces ) {
 }
 
 CounterGranularity readGranularity( JsonValue & value ) {
-   static constexpr std::pair< std::string_view, CounterGranularity > names[] = {
-      { "per-interface", CounterGranularity::perInterface },
-      { "per-policy", CounterGranularity::perPolicy },
-      { "unknown", CounterGranularity::unknown }
-   };
-   return readEnum( value, names );
+   return readEnum( value, TrafficPolicy::counterGranularities, CounterGranularity::perInterface,
+                    CounterGranularity::perPolicy, CounterGranularity::unknown );
 }
 
 } // namespace

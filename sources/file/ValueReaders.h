@@ -9,6 +9,10 @@
 #include "TrafficPolicy/platform/values/VrfName.h"
 #include "sources/json/JsonReader.h"
 
+#include <string>
+#include <string_view>
+#include <utility>
+
 namespace tpcli {
 
 // A number, or a pair of low and high.
@@ -67,18 +71,26 @@ Counts readCounts( JsonValue & value, Member< Actions > const &... others ) {
    return counts;
 }
 
-// An enumeration by the names of its values.
-template< typename Enum, size_t count >
-Enum readEnum( JsonValue & value, std::pair< std::string_view, Enum > const ( &names )[count] ) {
+// A value by its name in a table of values and names.
+template< typename Table >
+auto readNamed( JsonValue & value, Table const & table ) {
    std::string_view const text = value.string();
    std::string choices;
-   for ( auto const & [name, meaning] : names ) {
-      if ( name == text ) {
+   for ( auto const & [meaning, name] : table ) {
+      if ( name.view() == text ) {
          return meaning;
       }
-      choices += ( choices.empty() ? "" : ", " ) + quoted( name );
+      choices += ( choices.empty() ? "" : ", " ) + quoted( name.view() );
    }
    value.fail( quoted( text ) + " is not one of " + choices );
+}
+
+// One of the enumeration's values that are offered, by its name.
+template< typename Enum, size_t count, typename... Offered >
+Enum readEnum( JsonValue & value, Names::EnumNames< Enum, count > const & names,
+               Offered... offered ) {
+   std::pair< Enum, wendo::PlainText const & > const table[] = { { offered, names[offered] }... };
+   return readNamed( value, table );
 }
 
 } // namespace tpcli

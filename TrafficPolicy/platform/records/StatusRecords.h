@@ -19,6 +19,15 @@ struct InstalledStatus {
    Vorn::String error;
 };
 
+// The codes that have a name.
+struct InstalledStatusName {
+   uint8_t code;
+   wendo::PlainText name;
+};
+inline constexpr InstalledStatusName installedStatusNames[] = {
+   { InstalledStatus::programmed, "programmed" }, { InstalledStatus::failed, "failed" }
+};
+
 // The installation of a policy on one interface.
 class IntfStatus : public Vorn::PtrInterface {
    VORN_RECORD( IntfStatus )

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstdio>
 #include <exception>
@@ -94,14 +95,20 @@ void Descriptor::widen( [[maybe_unused]] size_t bytes ) {
 #endif
 }
 
-void writeAtOnce( int fd, std::string_view text ) noexcept {
+void writeLastLine( int fd, std::string_view line ) noexcept {
+   using Clock = std::chrono::steady_clock;
+   auto const end = Clock::now() + std::chrono::milliseconds( 500 );
    try {
       Descriptor descriptor( fd );
-      while ( size_t const taken = descriptor.write( text ) ) {
-         text.remove_prefix( taken );
+      while ( !line.empty() && Clock::now() < end ) {
+         size_t const taken = descriptor.write( line );
+         line.remove_prefix( taken );
+         if ( taken == 0 ) {
+            descriptor.await();
+         }
       }
    } catch ( std::exception const & ) {
-      return; // there is nobody left to tell
+      return;
    }
 }
 

@@ -43,7 +43,8 @@ private:
    Kind kind_;
 };
 
-// Writes what the descriptor takes of the text at once and drops the rest. Errors are dropped too.
-void writeAtOnce( int fd, std::string_view text ) noexcept;
+// Writes a last line: to a reader that is slow, but not for one that has stalled, who gets no more
+// than half a second. Errors are dropped: there is nobody left to tell.
+void writeLastLine( int fd, std::string_view line ) noexcept;
 
 } // namespace wendo
