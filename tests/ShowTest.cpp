@@ -26,17 +26,6 @@ using testing::HasSubstr;
 using Vorn::create;
 using Vorn::Ptr;
 
-std::vector< std::string > messages;
-
-void remember( Vorn::TraceFacility const &, int level, std::string_view, std::string_view text ) {
-   messages.push_back( std::to_string( level ) + ' ' + std::string( text ) );
-}
-
-void rememberFunction( Vorn::TraceFacility const &, int, std::string_view function,
-                       std::string_view text ) {
-   messages.push_back( std::string( function ) + ": " + std::string( text ) );
-}
-
 // One policy, "P", to which rules are added.
 class ShowTest : public testing::Test {
 protected:
@@ -44,14 +33,8 @@ protected:
       config->policyMapConfigIs( "P", policyConfig );
       policyConfig->currCfgIs( policy );
       status->policyMapStatusIs( "P", policyStatus );
-      messages.clear();
    }
-   ~ShowTest() override { trace.levelMaskIs( 0 ); }
 
-   void startTrace( uint32_t mask, Vorn::TraceFacility::Sink sink = remember ) {
-      trace.sinkIs( sink );
-      trace.levelMaskIs( mask );
-   }
    Ptr< PolicyMap::ClassMapStatus > addRule( char const * name, unsigned family = 0 ) {
       policy->classSequenceIs( static_cast< uint32_t >( policy->classSequence().size() ), name );
       auto const rule = create< PolicyMap::ClassMapStatus >( name );
@@ -76,13 +59,6 @@ protected:
       }
       policy->classActionIs( name, rule );
    }
-   void addInterface( char const * name, char const * vrf, uint8_t code, char const * error = "" ) {
-      auto const intf = create< PolicyMap::IntfStatus >();
-      intf->installedIs( ClassMapMatchOption::ipv4, { code, error } );
-      policyStatus->intfStatusIs( Pelx::IntfId( name ), intf );
-      l3Interfaces->intfStatusIs( Pelx::IntfId( name ),
-                                  create< L3::Intf::Status >( L3::VrfName( vrf ) ) );
-   }
    template< typename Show = ShowTrafficPolicyCpu >
    Ptr< Show > cpu( bool errors = false, bool detail = false, bool counters = false ) {
       return create< Show >( config, status, store, Vorn::String(), false, errors, detail, counters,
@@ -105,45 +81,40 @@ protected:
 };
 using ShowDeathTest = ShowTest;
 
-TEST_F( ShowTest, CachingTraces ) {
-   addRule( "found" );
-   addFilter( "found" );
-   addRule( "placeholder", 1 );
-   addActions( "placeholder", { { 14, create< PolicyMap::CountAction >( "c" ) } } );
-   policy->classSequenceIs( 77, "no-status" );
-   addRule( "no-family" )->matchDelAll();
+TEST_F( ShowTest, BaseShowsNothing ) {
+   status->policyMapStatusDelAll();
+   for ( unsigned flag = 0; flag < 5; ++flag ) {
+      auto const show = showTrafficPolicyBaseFactory( config, status, store, "P", flag == 0,
+                                                      flag == 1, flag == 2, flag == 3, flag == 4 );
+      EXPECT_EQ( show->config(), config );
+      EXPECT_EQ( show->status(), status );
+      EXPECT_EQ( show->counter(), store );
+      EXPECT_EQ( show->policyName().view(), "P" );
+      EXPECT_EQ( ( std::vector{ show->summary(), show->errors(), show->detail(), show->counters(),
+                                show->countersPerInterface() } ),
+                 ( std::vector{ flag == 0, flag == 1, flag == 2, flag == 3, flag == 4 } ) );
+      EXPECT_EQ( show->getOrCreatePolicyState( "P" ), nullptr );
+      show->cacheIntfStatus( policyStatus );
+      show->cacheInstalledState( policyStatus, ClassMapMatchOption::ipv4 );
+      show->cacheInstallError( policyStatus, ClassMapMatchOption::ipv4 );
+      EXPECT_EQ( reply( *show, 2 ), show->counters() ? "{\"trafficPolicies\":{}}\n" : "" );
+      EXPECT_TRUE( show->policyState().empty() );
+   }
+}
+
+TEST_F( ShowTest, PolicyWithoutConfigurationKeepsItsStatusOnly ) {
    status->policyMapStatusIs( "Q", create< PolicyMap::PolicyMapStatus >( "Q" ) );
    status->policyMapStatusIs( "R", create< PolicyMap::PolicyMapStatus >( "R" ) );
    config->policyMapConfigIs( "R", create< PolicyMap::PolicyMapConfig >() );
-   addInterface( "Et1", "red", 1 );
-   addInterface( "Et2", "blue", 2 );
-   addInterface( "Et3", "green", 3 );
-   startTrace( 1u << 1 | 1u << 4 | 1u << 7 );
-   cpu()->cachePoliciesState();
-   EXPECT_THAT(
-      messages,
-      ElementsAre( "7 Found class match config for found, ipv4", "7 Caching 0 found, ipv4",
-                   "7 Caching 1 placeholder, ipv6", "1 Class: placeholder has undefined counter: c",
-                   "1 No match option status found for no-family",
-                   "7 ClassMapStatus not found for no-status", "4 ruleCount 2, total class count 4",
-                   "7 Applied on red", "7 Failed on blue", "7 green is not processed",
-                   "7 red is not processed", "7 blue is not processed", "7 green is not processed",
-                   "7 PolicyMapConfig not found for Q", "7 currCfg not found for R" ) );
-   messages.clear();
-   startTrace( 1u << 8 );
-   showTrafficPolicyInterfaceFactory( config, status, store, "", false, false, false, false, false,
-                                      create< PolicyMap::IntfConfig >(), nullptr )
-      ->cachePolicyState( "P" );
-   std::string const name = "8 virtual void TrafficPolicyCli::ShowTrafficPolicy";
-   std::string const side = name + "Interface::";
-   std::string const option = "(const PtrConst&, PolicyMap::ClassMapMatchOption)";
-   EXPECT_THAT( messages, ElementsAre( name + "Base::cachePolicyState(Vorn::String)policyName:P",
-                                       side + "cacheIntfStatus(const PtrConst&)",
-                                       side + "cacheInstalledState" + option + " matchOption ipv4",
-                                       side + "cacheInstallError" + option + ", option:ipv4",
-                                       side + "cacheInstalledState" + option + " matchOption ipv6",
-                                       side + "cacheInstallError" + option + ", option:ipv6",
-                                       "8 No failures for option: ipv6" ) );
+   auto const show = cpu();
+   show->cachePoliciesState();
+   for ( auto const & [name, state] : show->policyState() ) {
+      bool const configured = state->name().view() == "P";
+      EXPECT_EQ( state->matchOptionList().size(), configured ? 2u : 0u ) << name;
+      EXPECT_EQ( state->counter(), configured ? store : nullptr ) << name;
+      EXPECT_EQ( state->policyMapStatus(), *status->policyMapStatus( name ) );
+   }
+   EXPECT_EQ( show->policyState().size(), 3u );
 }
 
 TEST_F( ShowDeathTest, BrokenInvariantsStopTheProcess ) {
@@ -207,6 +178,40 @@ TEST_F( ShowTest, FamiliesAndFormatsWithoutAName ) {
    }
 }
 
+TEST_F( ShowTest, ValuesThatNoViewKnows ) {
+   addRule( "R" );
+   auto const filter = addFilter( "R" );
+   auto const fragment = create< Classification::Fragment >();
+   fragment->fragmentTypeIs( Classification::FragmentType::other );
+   fragment->offsetIs( { { 1, 2 } } );
+   filter->fragmentIs( fragment );
+   filter->neighborProtocolIs( Classification::RoutingProtocol{ 2 } );
+   filter->matchL4ProtocolIs( Classification::RoutingProtocol{ 2 } );
+   auto const maskOnly = create< Classification::ProtoField >();
+   maskOnly->tcpFlagsIs( { 0, Classification::TcpFlagAndMask::initialSyn } );
+   for ( uint32_t const low : { 5, 6 } ) {
+      for ( uint32_t const high : { 6, 7 } ) {
+         filter->protocolsIs( { { low, high } }, maskOnly );
+      }
+   }
+   EXPECT_THAT( reply( *cpu() ), testing::EndsWith( "      match R ipv4\n"
+                                                    "         Protocol: 5-6\n"
+                                                    "         Protocol: 5-7\n"
+                                                    "         Protocol: tcp\n"
+                                                    "            TCP flags: \n"
+                                                    "         Protocol: 6-7\n" ) );
+   EXPECT_THAT( reply( *cpu(), 2 ),
+                HasSubstr( "{\"protocolRange\":{\"low\":6,\"high\":6},\"tcpFlags\":[]},"
+                           "{\"protocolRange\":{\"low\":6,\"high\":7}}]}}]" ) );
+   auto const granularity = create< TrafficPolicy::TrafficPolicyIntfParamStatus >();
+   granularity->ingressCounterGranularityIs( TrafficPolicy::CounterGranularity{ 3 } );
+   auto const show =
+      showTrafficPolicyInterfaceFactory( config, status, store, "none", false, false, false, true,
+                                         false, create< PolicyMap::IntfConfig >(), granularity );
+   EXPECT_EQ( reply( *show ), "" );
+   EXPECT_EQ( reply( *show, 2 ), "{\"trafficPolicies\":{}}\n" );
+}
+
 // A show object whose steps can be watched and disturbed.
 class WatchedShow : public ShowTrafficPolicyCpu {
    VORN_RECORD( WatchedShow )
@@ -214,7 +219,7 @@ class WatchedShow : public ShowTrafficPolicyCpu {
    using ShowTrafficPolicyCpu::ShowTrafficPolicyCpu;
 
    void renderTrafficPolicy( unsigned fd, unsigned format, unsigned revision ) override {
-      calls.push_back( "render" );
+      calls.push_back( "revision " + std::to_string( revision ) );
       ShowTrafficPolicyCpu::renderTrafficPolicy( fd, format, revision );
    }
    void cachePolicyState( Vorn::String name ) override {
@@ -238,7 +243,7 @@ TEST_F( ShowTest, CountersReplaceThePolicyView ) {
    }
    auto const show = cpu< WatchedShow >();
    reply( *show );
-   EXPECT_THAT( show->calls, ElementsAre( "P", "render" ) );
+   EXPECT_THAT( show->calls, ElementsAre( "P", "revision 7" ) );
 }
 
 TEST_F( ShowTest, StatusMayChangeWhileItIsCached ) {
@@ -294,35 +299,14 @@ Ptr< PolicyMap::PacketDataStatus > counterWith( uint64_t id, uint64_t count ) {
    return counter;
 }
 
-TEST_F( ShowTest, CountsThatMovedBackwardsAreTraced ) {
-   auto const rule = addRule( "R" );
-   rule->packetCountIs( 10 );
-   policyStatus->counterStatusIs( "c", counterWith( 1, 10 ) );
-   status->perIntfCountingIs( true );
-   trafficPolicyCounterFactory( status, store )->clearCounter();
-   startTrace( 1u << 1, rememberFunction );
-   Pelx::IntfId const intf( "Et1" );
-   for ( uint64_t const count : { 10, 9 } ) {
-      rule->packetCountIs( count );
-      auto const counter = counterWith( 1, count );
-      EXPECT_EQ( getRulePacketCount( rule, store, "P" ), 0u );
-      EXPECT_EQ( getNamedPacketCount( store, counter, "P" ), 0u );
-      EXPECT_EQ( getNamedByteCount( store, counter, "P" ), 0u );
-      EXPECT_EQ( getInterfacePacketCount( store, counter, "P", intf ), 0u );
-      EXPECT_EQ( getInterfaceByteCount( store, counter, "P", intf ), 0u );
-   }
-   std::string const policyText = ": Counter value for policy P, ";
-   EXPECT_THAT(
-      messages,
-      ElementsAre(
-         "getRulePacketCount" + policyText + "class R has moved backwards",
-         "getNamedPacketCount" + policyText + "counter c has moved backwards",
-         "getNamedByteCount" + policyText + "counter c has moved backwards",
-         "getInterfacePacketCount" + policyText + "counter c, intf: Et1 has moved backwards",
-         "getInterfaceByteCount" + policyText + "counter c, intf: Et1 has moved backwards" ) );
-   EXPECT_EQ( getNamedPacketCount( store, counterWith( 2, 9 ), "P" ), 9u );
-   EXPECT_EQ( getInterfacePacketCount( store, counterWith( 2, 9 ), "P", intf ), 9u );
-   EXPECT_EQ( getRulePacketCount( rule, nullptr, "P" ), 9u );
+TEST_F( ShowDeathTest, CountsAreOfInterfacesThatTheCounterHas ) {
+   auto const counter = counterWith( 1, 9 );
+   Pelx::IntfId const other( "Et3" );
+   EXPECT_EQ( getRulePacketCount( addRule( "R" ), nullptr, "P" ), 0u );
+   EXPECT_EQ( getNamedByteCount( nullptr, counter, "P" ), 9u );
+   EXPECT_EQ( getInterfacePacketCount( nullptr, counter, "P", Pelx::IntfId( "Et2" ) ), 9u );
+   EXPECT_DEATH( getInterfacePacketCount( store, counter, "P", other ), "Assertion" );
+   EXPECT_DEATH( getInterfaceByteCount( store, counter, "P", other ), "Assertion" );
 }
 
 TEST_F( ShowTest, ClearKeepsSnapshotsOfTheSameCounter ) {

@@ -83,12 +83,12 @@ private:
    std::string text_;
 };
 
-// What the show object writes to its descriptor. Format: 1 text, 2 JSON.
+// What the show object writes to its descriptor, asked for revision 7. Format: 1 text, 2 JSON.
 inline std::string reply( TrafficPolicyCli::ShowTrafficPolicyBase & show, unsigned format ) {
    int const fd =
       ::open( std::filesystem::temp_directory_path().c_str(), O_TMPFILE | O_RDWR, 0600 );
    EXPECT_GE( fd, 0 );
-   show.render( static_cast< unsigned >( fd ), format, 1 );
+   show.render( static_cast< unsigned >( fd ), format, 7 );
    std::string text( static_cast< size_t >( ::lseek( fd, 0, SEEK_END ) ), ' ' );
    EXPECT_EQ( ::pread( fd, text.data(), text.size(), 0 ), static_cast< ssize_t >( text.size() ) );
    ::close( fd );
