@@ -10,7 +10,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
+#include <cstring>
+#include <new>
 #include <optional>
 #include <string>
 
@@ -27,14 +28,21 @@ public:
    Lines( Lines const & ) = delete;
    Lines & operator=( Lines const & ) = delete;
 
-   // Nothing at the end, or when the user interrupts the wait.
+   // Nothing at the end, or when the user interrupts the wait. Throws FileError.
    std::optional< std::string > next() {
       if ( prompt_ ) {
          std::fputs( "tpcli> ", stdout );
          std::fflush( stdout );
       }
+      errno = 0;
       ssize_t const length = ::getline( &line_, &room_, stdin );
       if ( length < 0 ) {
+         if ( errno == ENOMEM ) {
+            throw std::bad_alloc();
+         }
+         if ( std::feof( stdin ) == 0 && !wendo::interrupt::requested ) {
+            throw FileError( std::string( "standard input: " ) + std::strerror( errno ) );
+         }
          if ( prompt_ ) {
             std::fputs( "\n", stdout );
          }
@@ -53,33 +61,45 @@ private:
    size_t room_ = 0;
 };
 
-// Reports a line that is no command itself.
-Status runLine( Options const & options, std::string const & line, Workspace & workspace ) {
-   std::vector< std::string > words;
-   try {
-      words = splitLine( line );
-   } catch ( UsageError const & error ) {
-      std::fprintf( stderr, "tpcli: %s\n", error.what() );
-      return Status::usage;
+Status runEach( Session & session, Lines & lines, bool terminal ) {
+   Status result = Status::done;
+   for ( size_t number = 1;; ++number ) {
+      std::optional< std::string > line = lines.next();
+      if ( !line ) {
+         return wendo::interrupt::requested ? Status::interrupted : result;
+      }
+      session.report.inputLineIs( terminal ? 0 : number );
+      CommandText const text = splitLine( std::move( *line ) );
+      if ( text.words.empty() ) {
+         continue;
+      }
+      Status const status = runCommand( session, text, true );
+      if ( session.leaving ) {
+         return result;
+      }
+      result = status == Status::done ? result : status;
+      // At a terminal an interrupt ends the command, elsewhere the program.
+      if ( ( status == Status::interrupted && !terminal )
+           || ( status != Status::done && session.options.failFast ) ) {
+         return status;
+      }
    }
-   return words.empty() ? Status::done : runCommand( options, words, workspace );
 }
 
 } // namespace
 
-Status runLines( Options const & options, Workspace & workspace ) {
-   bool const terminal = ::isatty( STDIN_FILENO ) != 0;
+Status runLines( Session & session ) {
+   bool const terminal = ::isatty( STDIN_FILENO ) != 0 && ::isatty( STDOUT_FILENO ) != 0;
    Lines lines( terminal );
-   Status result = Status::done;
-   while ( auto const line = lines.next() ) {
-      Status const status = runLine( options, *line, workspace );
-      result = status == Status::done ? result : status;
-      // At a terminal an interrupt ends the command, elsewhere the program.
-      if ( status == Status::interrupted && !terminal ) {
-         return status;
-      }
+   try {
+      return runEach( session, lines, terminal );
+   } catch ( FileError const & error ) {
+      session.report.inputLineIs( 0 );
+      session.report.error( error.what() );
+   } catch ( std::bad_alloc const & ) {
+      session.report.outOfMemory();
    }
-   return wendo::interrupt::requested ? Status::interrupted : result;
+   return Status::failed;
 }
 
 } // namespace tpcli

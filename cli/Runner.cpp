@@ -1,19 +1,17 @@
 #include "cli/Runner.h"
 
-#include "TrafficPolicy/platform/vorn/Construct.h"
 #include "TrafficPolicy/platform/wendo/WendoBuffer.h"
+#include "cli/CommandWalk.h"
 #include "cli/Errors.h"
+#include "cli/Help.h"
 #include "cli/TypesCommand.h"
 #include "sources/Source.h"
 #include "sources/file/CounterStore.h"
 
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstdio>
 #include <new>
 #include <system_error>
-#include <vector>
 
 namespace tpcli {
 
@@ -23,29 +21,23 @@ constexpr unsigned formatText = 1;
 constexpr unsigned formatJson = 2;
 constexpr unsigned revision = 1;
 
-void report( std::string const & problem ) {
-   std::fprintf( stderr, "tpcli: %s\n", problem.c_str() );
-}
+using ShowPtr = Vorn::Ptr< TrafficPolicyCli::ShowTrafficPolicyBase >;
 
-// A show object of the command's side, made by its class's name: the command layer knows the
-// library's classes as they describe themselves. Arguments in the order of the constructors.
-Vorn::Ptr< TrafficPolicyCli::ShowTrafficPolicyBase > makeShow( Command const & command,
-                                                               Workspace const & workspace ) {
+ShowPtr makeShow( Command const & command, Workspace const & workspace ) {
    State const & state = workspace.state;
-   std::vector< Vorn::Value > arguments{ state.config,   state.status,     workspace.counterStore,
-                                         command.name,   command.summary,  command.errors,
-                                         command.detail, command.counters, command.perInterface };
-   std::string_view className;
-   if ( command.verb == Verb::showCpu ) {
-      className = "TrafficPolicyCli::ShowTrafficPolicyCpu";
-      arguments.insert( arguments.end(),
-                        { state.vrfConfig, state.allVrfConfig, state.l3IntfStatusDir } );
-   } else {
-      className = "TrafficPolicyCli::ShowTrafficPolicyInterface";
-      arguments.insert( arguments.end(), { state.intfConfig, state.policyParamStatus } );
+   Vorn::Ptr< TrafficPolicy::Counter const > const counters = workspace.counterStore;
+   auto const flag = [&]( Option option ) { return command.has( option ); };
+   Vorn::String const policy( command.value( Option::policy ) );
+   if ( command.row->verb == Verb::showCpu ) {
+      return TrafficPolicyCli::showTrafficPolicyCpuFactory(
+         state.config, state.status, counters, policy, flag( Option::summary ),
+         flag( Option::errors ), flag( Option::detail ), flag( Option::counters ),
+         flag( Option::perInterface ), state.vrfConfig, state.allVrfConfig, state.l3IntfStatusDir );
    }
-   auto const show = Vorn::construct( className, arguments );
-   return Vorn::Ptr( static_cast< TrafficPolicyCli::ShowTrafficPolicyBase * >( show.get() ) );
+   return TrafficPolicyCli::showTrafficPolicyInterfaceFactory(
+      state.config, state.status, counters, policy, flag( Option::summary ), flag( Option::errors ),
+      flag( Option::detail ), flag( Option::counters ), flag( Option::perInterface ),
+      state.intfConfig, state.policyParamStatus );
 }
 
 // Empty where no store is read and none can be written.
@@ -54,80 +46,102 @@ std::string counterStorePath( Options const & options, Source const & source ) {
                                            : options.counterStorePath;
 }
 
-void show( Options const & options, Command const & command, Workspace & workspace ) {
-   auto const source = findSource( options.statePath );
+unsigned formatOf( Session const & session, Command const & command ) {
+   return command.json || session.options.json ? formatJson : formatText;
+}
+
+void show( Session & session, Command const & command ) {
+   Workspace & workspace = session.workspace;
+   auto const source = findSource( session.options.statePath );
    workspace.state = source->read().state;
    workspace.counterStore =
-      readCounterStore( counterStorePath( options, *source ), *workspace.state.status );
+      readCounterStore( counterStorePath( session.options, *source ), *workspace.state.status );
    workspace.show = makeShow( command, workspace );
-   unsigned const format = command.json || options.json ? formatJson : formatText;
-   workspace.show->render( STDOUT_FILENO, format, revision );
+   workspace.show->render( STDOUT_FILENO, formatOf( session, command ), revision );
 }
 
 // Written like every other reply, so that an error of the output is noticed in the same way.
-void types( Options const & options, Command const & command ) {
-   unsigned const format = command.json || options.json ? formatJson : formatText;
+void writeReply( std::string_view text ) {
    wendo::WendoBuffer buffer( STDOUT_FILENO, wendo::WendoBuffer::viewCapacity, false );
-   wendo::RendererV2 renderer( wendo::OutputFormat_t{ format }, buffer );
-   listTypes( renderer, command.name );
+   buffer.append( text );
    buffer.flush();
 }
 
-void clear( Options const & options, Workspace & workspace ) {
-   auto const source = findSource( options.statePath );
-   std::string const path = counterStorePath( options, *source );
+void types( Session const & session, Command const & command ) {
+   wendo::WendoBuffer buffer( STDOUT_FILENO, wendo::WendoBuffer::viewCapacity, false );
+   wendo::RendererV2 renderer( wendo::OutputFormat_t{ formatOf( session, command ) }, buffer );
+   listTypes( renderer, command.argument() );
+   buffer.flush();
+}
+
+void help( Command const & command, bool isLine ) {
+   if ( command.arguments.empty() ) {
+      writeReply( helpText() );
+      return;
+   }
+   CommandWalk walk( isLine );
+   walk.take( joinArguments( command.arguments ) );
+   writeReply( describe( walk.next(), "" ) );
+}
+
+void clear( Session & session ) {
+   auto const source = findSource( session.options.statePath );
+   std::string const path = counterStorePath( session.options, *source );
    if ( path.empty() ) {
       throw UsageError( "a clear of a state from standard input needs --counter-store" );
    }
-   State & state = workspace.state = source->read().state;
+   State & state = session.workspace.state = source->read().state;
    CounterStoreLock const lock( path );
-   auto & store = workspace.counterStore;
+   auto & store = session.workspace.counterStore;
    store = readCounterStore( path, *state.status );
    TrafficPolicyCli::trafficPolicyCounterFactory( state.status, store )->clearCounter();
    writeCounterStore( path, *store );
 }
 
-void run( Options const & options, std::vector< std::string > const & words,
-          Workspace & workspace ) {
-   Command const command = parseCommand( words );
-   switch ( command.verb ) {
+void run( Session & session, CommandText const & text, bool isLine ) {
+   Command const command = parseCommand( text, isLine );
+   switch ( command.row->verb ) {
    case Verb::showCpu:
    case Verb::showInterface:
-      show( options, command, workspace );
+      show( session, command );
       break;
    case Verb::clear:
-      clear( options, workspace );
+      clear( session );
       break;
    case Verb::types:
-      types( options, command );
+      types( session, command );
+      break;
+   case Verb::help:
+      help( command, isLine );
+      break;
+   case Verb::leave:
+      session.leaving = true;
       break;
    }
 }
 
 } // namespace
 
-Status runCommand( Options const & options, std::vector< std::string > const & words,
-                   Workspace & workspace ) {
+Status runCommand( Session & session, CommandText const & text, bool isLine ) {
    unsigned const interrupts = wendo::interrupt::served();
    try {
-      run( options, words, workspace );
+      run( session, text, isLine );
    } catch ( wendo::SigIntException const & ) {
       return Status::interrupted;
    } catch ( UsageError const & error ) {
-      report( error.what() );
-      std::fputs( usageText, stderr );
+      session.report.usage( error );
       return Status::usage;
    } catch ( FileError const & error ) {
-      report( error.what() );
+      session.report.error( error.what() );
       return Status::failed;
    } catch ( std::system_error const & error ) {
       // Whoever closes the pipe has seen enough.
       if ( error.code() != std::errc::broken_pipe ) {
-         report( error.what() );
+         session.report.error( error.what() );
       }
       return Status::failed;
    } catch ( std::bad_alloc const & ) {
-      report( "out of memory" );
+      session.report.outOfMemory();
       return Status::failed;
    }
    return wendo::interrupt::served() == interrupts ? Status::done : Status::interrupted;

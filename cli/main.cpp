@@ -1,8 +1,5 @@
-// tpcli: the traffic-policy show commands on a state file.
+// tpcli: the traffic-policy show commands on any machine.
 
-#include "TrafficPolicy/TrafficPolicyShowCliHelper.h"
-#include "cli/CommandLine.h"
-#include "cli/Errors.h"
 #include "cli/Runner.h"
 
 #include <fcntl.h>
@@ -11,6 +8,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 
 namespace {
 
@@ -25,37 +23,35 @@ void keepStandardDescriptors() {
 
 void catchSignals() {
    struct sigaction action {};
-   // Without SA_RESTART: a write or read that blocks must notice.
-   action.sa_handler = []( int ) { wendo::interrupt::request(); };
-   ::sigaction( SIGINT, &action, nullptr );
+   // An interrupt that the caller ignores stays ignored, as in a job in the background.
+   if ( ::sigaction( SIGINT, nullptr, &action ) == 0 && action.sa_handler != SIG_IGN ) {
+      // Without SA_RESTART: a write or read that blocks must notice.
+      action = {};
+      action.sa_handler = []( int ) { wendo::interrupt::request(); };
+      ::sigaction( SIGINT, &action, nullptr );
+   }
    // A closed pipe is an error of the write, with a status of its own.
+   action = {};
    action.sa_handler = SIG_IGN;
    ::sigaction( SIGPIPE, &action, nullptr );
 }
 
-tpcli::Status run( int argc, char ** argv, tpcli::Workspace & workspace ) {
-   try {
-      tpcli::Options const options = tpcli::parseArguments( argc, argv );
-      if ( options.help ) {
-         std::fputs( tpcli::usageText, stdout );
-         return tpcli::Status::done;
-      }
-      if ( options.version ) {
-         std::puts( "tpcli " TPCLI_VERSION );
-         return tpcli::Status::done;
-      }
-      TrafficPolicyCli::trace.levelMaskIs( options.traceLevels );
-      if ( !options.command.empty() ) {
-         return tpcli::runCommand( options, options.command, workspace );
-      }
-      if ( options.statePath == "-" ) {
-         throw tpcli::UsageError( "standard input cannot hold both the state and the commands" );
-      }
-      return tpcli::runLines( options, workspace );
-   } catch ( tpcli::UsageError const & error ) {
-      std::fprintf( stderr, "tpcli: %s\n%s", error.what(), tpcli::usageText );
-      return tpcli::Status::usage;
+tpcli::Status run( tpcli::Options & options, tpcli::Session & session ) {
+   if ( options.version ) {
+      std::puts( "tpcli " TPCLI_VERSION );
+      return tpcli::Status::done;
    }
+   TrafficPolicyCli::trace.levelMaskIs( options.traceLevels );
+   if ( options.help ) {
+      options.command = { "help" };
+   }
+   if ( !options.command.empty() ) {
+      return tpcli::runCommand( session, tpcli::joinArguments( options.command ), false );
+   }
+   if ( options.statePath == "-" ) {
+      throw tpcli::UsageError( "standard input cannot hold both the state and the commands" );
+   }
+   return tpcli::runLines( session );
 }
 
 } // namespace
@@ -63,8 +59,18 @@ tpcli::Status run( int argc, char ** argv, tpcli::Workspace & workspace ) {
 int main( int argc, char ** argv ) {
    keepStandardDescriptors();
    catchSignals();
-   tpcli::Workspace workspace;
-   tpcli::Status status = run( argc, argv, workspace );
+   tpcli::Options options;
+   tpcli::Session session{ options, tpcli::Report( tpcli::asksForJson( argc, argv ) ), {} };
+   tpcli::Status status = tpcli::Status::failed;
+   try {
+      options = tpcli::parseArguments( argc, argv );
+      status = run( options, session );
+   } catch ( tpcli::UsageError const & error ) {
+      session.report.usage( error );
+      status = tpcli::Status::usage;
+   } catch ( std::bad_alloc const & ) {
+      session.report.outOfMemory();
+   }
    if ( std::fflush( stdout ) != 0 && status == tpcli::Status::done ) {
       std::perror( "tpcli: cannot write the output" );
       status = tpcli::Status::failed;

@@ -2,12 +2,15 @@
 
 #include "cli/CommandLine.h"
 
+#include "cli/CommandTable.h"
 #include "cli/Errors.h"
+#include "cli/Words.h"
 #include "tests/Support.h"
 
 #include <getopt.h>
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -55,7 +58,10 @@ TEST( CommandLine, HasOptionsAmongTheWords ) {
       { { "--trace", "0,2-4", "a b", "" }, "state.json  29 [a b] []" },
       { { "x", "|", "-" }, "state.json  0 [x] [|] [-]" },
       { { "--state" }, "--state needs a value" },
-      { { "-x" }, "unknown option -x" },
+      { { "-xh" }, "unknown option -x" },
+      { { "--jsno" }, "unknown option --jsno; did you mean --json?" },
+      { { "--json=1" }, "--json takes no value" },
+      { { "--state=" }, "--state needs a file name" },
       { { "--counter-store=" }, "--counter-store needs a file name" },
    };
    ::unsetenv( "TPCLI_STATE" );
@@ -93,34 +99,75 @@ TEST( CommandLine, HasTraceLevels ) {
    }
 }
 
-// Words come back from a line, in quotes and with backslashes where they are needed and where not.
+Words texts( tpcli::CommandText const & text ) {
+   Words words;
+   for ( tpcli::Word const & word : text.words ) {
+      words.push_back( word.text );
+   }
+   return words;
+}
+
+// Words come back from a line, in quotes and with backslashes where they are needed and where not,
+// and so they do as the program itself quotes them.
 TEST( CommandLine, SplitsALineIntoItsWords ) {
    test::Random random( 8 );
    for ( unsigned i = 0; i < 5000; ++i ) {
       Words words( random.below( 5 ) );
       std::string line( random.below( 2 ), '\t' );
+      std::string quoted;
       for ( std::string & word : words ) {
          std::string written;
-         bool quoted = false;
+         bool inQuotes = false;
          for ( unsigned left = random.below( 8 ); left > 0; --left ) {
             if ( random.oneIn( 4 ) ) {
-               quoted = !quoted;
+               inQuotes = !inQuotes;
                written += '"';
             }
-            char const c = "ab \t\r\"\\|-"[random.below( 9 )];
-            bool const isSpace = c == ' ' || c == '\t' || c == '\r';
-            bool const mustEscape = c == '"' || c == '\\' || ( isSpace && !quoted );
+            char const c = "ab \t\r\"\\|-'#!\0"[random.below( 13 )];
+            bool const mustEscape =
+               c == '"' || c == '\\'
+               || ( std::string_view( " \t\r'" ).find( c ) != std::string_view::npos && !inQuotes )
+               || ( ( c == '#' || c == '!' ) && written.empty() );
             written.append( mustEscape || random.oneIn( 6 ) ? "\\" : "" ) += c;
             word += c;
          }
-         written += quoted ? "\"" : written.empty() ? "\"\"" : "";
+         written += inQuotes ? "\"" : written.empty() ? "\"\"" : "";
          line += written + " \r\t"[random.below( 3 )] + std::string( random.below( 2 ), ' ' );
+         quoted += tpcli::quotedWord( word ) + ' ';
       }
-      ASSERT_EQ( tpcli::splitLine( line ), words ) << line;
+      ASSERT_EQ( texts( tpcli::splitLine( line ) ), words ) << line;
+      ASSERT_EQ( texts( tpcli::splitLine( quoted + "# more" ) ), words ) << quoted;
    }
-   EXPECT_EQ( tpcli::splitLine( "a\\" ), Words{ "a\\" } );
-   for ( char const * open : { "\"", "a \"b", "\"a\"\"", "\"a\\\"" } ) {
-      EXPECT_THROW( tpcli::splitLine( open ), tpcli::UsageError ) << open;
+   EXPECT_EQ( texts( tpcli::splitLine( "a\\" ) ), Words{ "a\\" } );
+   EXPECT_EQ( texts( tpcli::splitLine( "'a \\' 'b\"' ! c#" ) ),
+              ( Words{ "a \\", "b\"", "!", "c#" } ) );
+   EXPECT_EQ( texts( tpcli::splitLine( " ! x" ) ), Words{} );
+   for ( char const * open : { "\"", "a \"b", "\"a\"\"", "\"a\\\"", "'a\"" } ) {
+      EXPECT_TRUE( tpcli::splitLine( open ).openQuote ) << open;
+   }
+}
+
+// No word of the table hides another, and what the table asks for is in it.
+TEST( CommandLine, HasAConsistentTable ) {
+   for ( tpcli::OptionRow const & row : tpcli::optionRows() ) {
+      EXPECT_EQ( &tpcli::optionRow( row.option ), &row ) << row.word;
+      EXPECT_FALSE( row.excludes.has( row.option ) ) << row.word;
+   }
+   for ( tpcli::CommandRow const & row : tpcli::commandRows() ) {
+      EXPECT_FALSE( row.path().empty() || row.help.empty() );
+      for ( tpcli::CommandRow const & other : tpcli::commandRows() ) {
+         bool const begins = std::ranges::equal(
+            row.path(), other.path().first( std::min( row.path().size(), other.path().size() ) ) );
+         EXPECT_TRUE( &row == &other || !begins ) << row.path().back();
+      }
+      for ( std::string_view const word : row.path().first( row.path().size() - 1 ) ) {
+         EXPECT_FALSE( tpcli::groupHelp( word ).empty() ) << word;
+      }
+   }
+   for ( unsigned number = 0; number <= static_cast< unsigned >( tpcli::Argument::words );
+         ++number ) {
+      tpcli::Argument const argument{ static_cast< uint8_t >( number ) };
+      EXPECT_EQ( tpcli::argumentRow( argument ).argument, argument );
    }
 }
 

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""The transcripts of the README are what the program writes today."""
+"""The transcripts of the README are what the program writes today, and README and manual page have the
+commands, words and options that the program has."""
 import os
 import pathlib
 import re
@@ -22,5 +23,29 @@ with tempfile.TemporaryDirectory() as folder:
         else:
             failed += 1
             print(f"$ {command}\n{done.stdout}{done.stderr}", file=sys.stderr)
+
+
+def check(holds, failure):
+    global passed, failed
+    passed += bool(holds)
+    failed += not holds
+    if not holds:
+        print(failure, file=sys.stderr)
+
+
+def lines(text):
+    return "\n".join(line.strip() for line in text.splitlines()) + "\n"
+
+
+page = (ROOT / "docs/tpcli.1").read_text().replace("\\-", "-")
+parts = dict(part.split(":\n", 1) for part in subprocess.run(
+    [os.environ["TPCLI"], "--help"], capture_output=True, text=True).stdout.split("\n\n"))
+usage, commands, actions, words, filters, options, statuses = parts.values()
+check(lines(usage) in lines(page), "the manual page has another usage")
+check(lines(commands) in lines(page), "the manual page has other commands")
+check(lines(commands.partition("   exit\n")[0]) in lines((ROOT / "README.md").read_text()),
+      "the README has other commands")
+for word in re.findall(r"^   (\S+)", words + filters + options + statuses, re.M):
+    check(re.search(r"^\.B[IR]? .*(?<![-\w])%s(?![-\w])" % word, page, re.M), f"the manual page has no {word}")
 print(f"{passed} passed, {failed} failed")
 sys.exit(failed != 0 or passed == 0)

@@ -46,8 +46,8 @@ class Robustness(unittest.TestCase):
     def start(self, *words, packets=1, **options):
         return subprocess.Popen(
             [self.program, "--state", self.folder / f"state{packets}", "--counter-store",
-             self.store, *words], stdin=subprocess.PIPE,
-            **{"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, **options})
+             self.store, *words],
+            **{"stdin": subprocess.PIPE, "stdout": subprocess.PIPE, "stderr": subprocess.PIPE, **options})
 
     def show(self, *words, **options):
         return self.start("show", "traffic-policy", "cpu", *words, **options)
@@ -93,14 +93,48 @@ class Robustness(unittest.TestCase):
             self.assertTrue(whole.startswith(output[:-len(b"exiting on interrupt\n")]))
 
     def test_interrupt_of_input(self):
-        show = self.show("--state", "-")
+        pipe = self.stores / "pipe"
+        os.mkfifo(pipe)
+        self.interrupt_wait(self.show("--state", pipe))
+        self.interrupt_wait(self.show("--state", "-"))
+
+    def interrupt_wait(self, show):
         caught = 0
         while not caught >> (signal.SIGINT - 1) & 1:
             status = pathlib.Path(f"/proc/{show.pid}/status").read_text()
             caught = int(status.split("SigCgt:")[1].split()[0], 16)
-        show.send_signal(signal.SIGINT)
-        self.assertEqual(show.wait(60), 130)
+        while show.poll() is None:  # The first may come before the wait.
+            show.send_signal(signal.SIGINT)
+            time.sleep(0.01)
         self.finish(show, 130)
+
+    def test_ignored_interrupt(self):
+        show = self.show("--state", "-", preexec_fn=lambda: signal.signal(signal.SIGINT, signal.SIG_IGN))
+        ignored = 0
+        while not ignored >> (signal.SIGPIPE - 1) & 1:
+            status = pathlib.Path(f"/proc/{show.pid}/status").read_text()
+            ignored = int(status.split("SigIgn:")[1].split()[0], 16)
+        show.send_signal(signal.SIGINT)
+        self.assertEqual((show.communicate(b"{}")[1], show.returncode), (b"", 0))
+
+    def test_commands_cannot_be_read(self):
+        self.assertIn(b"standard input: Is a directory",
+                      self.finish(self.start(stdin=os.open("/", os.O_RDONLY)), 1, error_lines=1))
+        long_line = self.stores / "line"
+        with open(long_line, "wb") as file:
+            file.truncate(400 << 20)
+        if b"__asan_init" not in pathlib.Path(self.program).read_bytes():
+            with open(long_line, "rb") as lines:
+                self.assertIn(b"out of memory", self.finish(self.start(
+                    stdin=lines, preexec_fn=lambda: resource.setrlimit(
+                        resource.RLIMIT_AS, (200 << 20, 200 << 20))), 1, error_lines=1))
+
+    def test_long_name(self):
+        state = shutil.copy(self.folder / "state1", self.stores / ("n" * 255))
+        show, clear = (subprocess.run([self.program, "--state", state, *words.split()], capture_output=True)
+                       for words in ("show traffic-policy cpu", "clear traffic-policy counters"))
+        self.assertEqual((show.returncode, show.stderr, clear.returncode), (0, b"", 1))
+        self.assertIn(b"File name too long", clear.stderr)
 
     def test_killed_clears(self):
         begin = time.monotonic()

@@ -147,10 +147,12 @@ class Checker:
         """Returns the number of replies. Commands from a file may print text around theirs."""
         replies = 0
         for step, output in STEP.findall(path.read_bytes().decode()):
+            if re.search(r"^\[\d+\] ", output, re.M):
+                continue
             what = f"{path.parent.name}: {step}"
             step, _, feed = step.partition(" < ")
             lines = [step, *((path.parent / feed).read_text().splitlines() if feed else [])]
-            asked = [shlex.split(line) for line in lines if re.search(r"--json|\|\W*json", line)]
+            asked = [shlex.split(line) for line in lines if re.search(r"--json|\|\W*js", line)]
             given = [line for line in output.split("\n") if line.startswith("{")]
             check(len(asked) == len(given), f"{what}: {len(given)} replies to {len(asked)} commands")
             for words, reply in zip(asked, given):

@@ -7,6 +7,8 @@
 
 #include <sys/stat.h>
 
+#include <cerrno>
+
 namespace tpcli {
 
 namespace {
@@ -119,7 +121,10 @@ Vorn::Ptr< Counter > readCounterStore( std::string const & path,
                                        PolicyMap::PolicyMapTypeStatus const & status ) {
    auto store = Vorn::create< Counter >();
    struct stat present {};
-   if ( path.empty() || ( ::stat( path.c_str(), &present ) < 0 && errno == ENOENT ) ) {
+   // No file can have a name that is too long, such as a long one with the default's ending.
+   if ( path.empty()
+        || ( ::stat( path.c_str(), &present ) < 0
+             && ( errno == ENOENT || errno == ENAMETOOLONG ) ) ) {
       return store;
    }
    readJson( path, [&]( JsonValue root ) { StoreReader( *store, status ).read( root ); } );

@@ -27,6 +27,17 @@ constexpr size_t padding = simdjson::SIMDJSON_PADDING;
    throw FileError( path + ": " + std::strerror( error ) );
 }
 
+// Waits where the file is a pipe that nobody writes to yet; an interrupt ends the wait.
+int openToRead( std::string const & path ) {
+   for ( ;; ) {
+      int const fd = ::open( path.c_str(), O_RDONLY | O_CLOEXEC );
+      if ( fd >= 0 || errno != EINTR ) {
+         return fd;
+      }
+      wendo::interrupt::check();
+   }
+}
+
 } // namespace
 
 void InputFile::Free::operator()( char * bytes ) const {
@@ -39,7 +50,7 @@ InputFile::InputFile( std::string const & path ) {
       readAll( STDIN_FILENO, "standard input" );
       return;
    }
-   FileDescriptor const file( ::open( path.c_str(), O_RDONLY | O_CLOEXEC ) );
+   FileDescriptor const file( openToRead( path ) );
    struct stat status {};
    if ( file.get() < 0 || ::fstat( file.get(), &status ) < 0 ) {
       fail( path, errno );

@@ -1,0 +1,78 @@
+#include "cli/Report.h"
+
+#include "cli/JsonText.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace tpcli {
+
+namespace {
+
+// The begin of a UTF-8 character.
+bool beginsCharacter( char byte ) {
+   return ( static_cast< unsigned char >( byte ) & 0xc0 ) != 0x80;
+}
+
+size_t characters( std::string_view text ) {
+   return static_cast< size_t >( std::ranges::count_if( text, beginsCharacter ) );
+}
+
+// The line, and a caret under each character of what is wrong in it.
+std::string pointed( UsageError const & error ) {
+   std::string line = error.line();
+   std::ranges::replace_if(
+      line, []( char c ) { return static_cast< unsigned char >( c ) < ' '; }, ' ' );
+   line.resize( std::max( line.size(), error.begin() ), ' ' );
+   std::string_view const text = line;
+   size_t const carets = characters( text.substr( error.begin(), error.end() - error.begin() ) );
+   std::string result = "   " + error.line() + "\n   ";
+   result.append( characters( text.substr( 0, error.begin() ) ), ' ' );
+   return result.append( std::max( carets, size_t{ 1 } ), '^' ) + '\n';
+}
+
+void write( std::string const & text ) {
+   std::fwrite( text.data(), 1, text.size(), stderr );
+}
+
+} // namespace
+
+std::string Report::place() const {
+   return inputLine_ == 0 ? "" : "line " + std::to_string( inputLine_ ) + ": ";
+}
+
+void Report::usage( UsageError const & error ) const {
+   if ( !json_ ) {
+      write( "tpcli: " + place() + error.what() + '\n'
+             + ( error.line().empty() ? "" : pointed( error ) ) );
+      return;
+   }
+   std::string text = R"({"error":{"message":)" + jsonText( error.what() );
+   if ( inputLine_ != 0 ) {
+      text += R"(,"file":"standard input","line":)" + std::to_string( inputLine_ );
+      if ( !error.line().empty() ) {
+         text += R"(,"column":)"
+                 + std::to_string( characters( error.line().substr( 0, error.begin() ) ) + 1 );
+      }
+   }
+   write( text + "}}\n" );
+}
+
+void Report::error( std::string_view message ) const {
+   std::string const whole = place().append( message );
+   write( json_ ? R"({"error":{"message":)" + jsonText( whole ) + "}}\n"
+                : "tpcli: " + whole + '\n' );
+}
+
+void Report::hint( std::string_view message ) const {
+   std::string const whole = place().append( message );
+   write( json_ ? R"({"hint":{"message":)" + jsonText( whole ) + "}}\n"
+                : "tpcli: " + whole + '\n' );
+}
+
+void Report::outOfMemory() const noexcept {
+   std::fputs( json_ ? "{\"error\":{\"message\":\"out of memory\"}}\n" : "tpcli: out of memory\n",
+               stderr );
+}
+
+} // namespace tpcli
