@@ -14,9 +14,9 @@ namespace tpcli {
 
 namespace {
 
-std::string defaultStatePath() {
-   char const * path = std::getenv( "TPCLI_STATE" );
-   return path && *path ? path : "state.json";
+std::string fromEnvironment( char const * name, char const * otherwise ) {
+   char const * value = std::getenv( name );
+   return value && *value ? value : otherwise;
 }
 
 // The value of an option that names a file.
@@ -55,6 +55,9 @@ void takeOption( Options & options, int option, char * const * argv ) {
    case 't':
       options.traceLevels = parseTraceLevels( optarg );
       break;
+   case 'p':
+      options.pager = optarg;
+      break;
    case 'j':
       options.json = true;
       break;
@@ -87,7 +90,8 @@ Options parseArguments( int argc, char ** argv ) {
    }
    known.push_back( {} );
    Options options;
-   options.statePath = defaultStatePath();
+   options.statePath = fromEnvironment( "TPCLI_STATE", "state.json" );
+   options.pager = fromEnvironment( "TPCLI_PAGER", "" );
    int option = 0;
    // "-": words are taken in place, so that options may stand among them; "--" ends the options.
    while ( ( option = ::getopt_long( argc, argv, "-:h", known.data(), nullptr ) ) != -1 ) {

@@ -13,6 +13,7 @@ struct Options {
    std::string statePath;        // what the source is looked up by; "-" is standard input
    std::string counterStorePath; // empty: the source's own
    uint32_t traceLevels = 0;     // bit n: level n
+   std::string pager;            // a command for the shell; empty: none
    bool json = false;
    bool failFast = false;
    bool help = false;

@@ -4,12 +4,14 @@
 #include "cli/CommandWalk.h"
 #include "cli/Errors.h"
 #include "cli/Help.h"
+#include "cli/Output.h"
 #include "cli/TypesCommand.h"
 #include "sources/Source.h"
 #include "sources/file/CounterStore.h"
 
 #include <unistd.h>
 
+#include <functional>
 #include <new>
 #include <system_error>
 
@@ -50,38 +52,45 @@ unsigned formatOf( Session const & session, Command const & command ) {
    return command.json || session.options.json ? formatJson : formatText;
 }
 
+OutputPath outputPath( Session const & session, Command const & command ) {
+   if ( !command.filters.empty() && formatOf( session, command ) == formatJson ) {
+      throw UsageError( "filters of lines take text, not JSON" );
+   }
+   return { .filters = command.filters, .pager = session.options.pager };
+}
+
 void show( Session & session, Command const & command ) {
+   OutputPath const path = outputPath( session, command );
    Workspace & workspace = session.workspace;
    auto const source = findSource( session.options.statePath );
    workspace.state = source->read().state;
    workspace.counterStore =
       readCounterStore( counterStorePath( session.options, *source ), *workspace.state.status );
    workspace.show = makeShow( command, workspace );
-   workspace.show->render( STDOUT_FILENO, formatOf( session, command ), revision );
+   writeOutput( path, [&]( int fd ) {
+      workspace.show->render( static_cast< unsigned >( fd ), formatOf( session, command ),
+                              revision );
+   } );
 }
 
 // Written like every other reply, so that an error of the output is noticed in the same way.
-void writeReply( std::string_view text ) {
-   wendo::WendoBuffer buffer( STDOUT_FILENO, wendo::WendoBuffer::viewCapacity, false );
-   buffer.append( text );
-   buffer.flush();
+void writeReply( Session const & session, Command const & command,
+                 std::function< void( wendo::RendererV2 & ) > const & write ) {
+   writeOutput( outputPath( session, command ), [&]( int fd ) {
+      wendo::WendoBuffer buffer( fd, wendo::WendoBuffer::viewCapacity, false );
+      wendo::RendererV2 renderer( wendo::OutputFormat_t{ formatOf( session, command ) }, buffer );
+      write( renderer );
+      buffer.flush();
+   } );
 }
 
-void types( Session const & session, Command const & command ) {
-   wendo::WendoBuffer buffer( STDOUT_FILENO, wendo::WendoBuffer::viewCapacity, false );
-   wendo::RendererV2 renderer( wendo::OutputFormat_t{ formatOf( session, command ) }, buffer );
-   listTypes( renderer, command.argument() );
-   buffer.flush();
-}
-
-void help( Command const & command, bool isLine ) {
+std::string helpFor( Command const & command, bool isLine ) {
    if ( command.arguments.empty() ) {
-      writeReply( helpText() );
-      return;
+      return helpText();
    }
    CommandWalk walk( isLine );
    walk.take( joinArguments( command.arguments ) );
-   writeReply( describe( walk.next(), "" ) );
+   return describe( walk.next(), "" );
 }
 
 void clear( Session & session ) {
@@ -109,10 +118,13 @@ void run( Session & session, CommandText const & text, bool isLine ) {
       clear( session );
       break;
    case Verb::types:
-      types( session, command );
+      writeReply( session, command,
+                  [&]( auto & renderer ) { listTypes( renderer, command.argument() ); } );
       break;
    case Verb::help:
-      help( command, isLine );
+      writeReply( session, command, [&]( auto & renderer ) {
+         renderer.write( std::string_view( helpFor( command, isLine ) ) );
+      } );
       break;
    case Verb::leave:
       session.leaving = true;

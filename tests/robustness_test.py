@@ -71,14 +71,16 @@ class Robustness(unittest.TestCase):
         with open("/dev/full", "wb") as full:
             for process in (self.show("summary", stdout=full), self.show("|", "json", stdout=full),
                             self.show("policy", "none", "|", "json", stdout=full),
+                            self.show("| include match", stdout=full), self.show("| count", stdout=full),
                             self.start("--help", stdout=full)):
                 self.assertIn(b"No space left on device", self.finish(process, 1, error_lines=1))
-        reader, writer = os.pipe()
-        show = self.show("detail", stdout=writer)
-        os.close(writer)
-        os.read(reader, 10)
-        os.close(reader)
-        self.finish(show, 1)
+        for words in ("detail", "| include a"):
+            reader, writer = os.pipe()
+            show = self.show(words, stdout=writer)
+            os.close(writer)
+            os.read(reader, 10)
+            os.close(reader)
+            self.finish(show, 1)
 
     def test_interrupt_of_output(self):
         for words in (["detail"], ["|", "json"]):
@@ -91,6 +93,13 @@ class Robustness(unittest.TestCase):
             self.assertEqual(show.returncode, 130)
             self.assertTrue(output.endswith(b"exiting on interrupt\n"), output[-80:])
             self.assertTrue(whole.startswith(output[:-len(b"exiting on interrupt\n")]))
+
+    def test_interrupt_of_filtered_output(self):
+        show = self.show("detail", "|", "include", "a")
+        os.read(show.stdout.fileno(), 10)
+        show.send_signal(signal.SIGINT)
+        output = show.communicate()[0]
+        self.assertEqual((show.returncode, output[-21:]), (130, b"exiting on interrupt\n"))
 
     def test_interrupt_of_input(self):
         pipe = self.stores / "pipe"

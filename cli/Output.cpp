@@ -1,0 +1,168 @@
+#include "cli/Output.h"
+
+#include "TrafficPolicy/platform/wendo/Interrupt.h"
+#include "cli/Child.h"
+#include "cli/LineFilters.h"
+#include "sources/FileDescriptor.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+namespace tpcli {
+
+namespace {
+
+constexpr size_t readSize = 1 << 16;
+
+// Returns an error number.
+int writeAll( std::string_view text ) {
+   while ( !text.empty() ) {
+      ssize_t const written = ::write( STDOUT_FILENO, text.data(), text.size() );
+      if ( written >= 0 ) {
+         text.remove_prefix( static_cast< size_t >( written ) );
+      } else if ( errno != EINTR ) {
+         return errno;
+      }
+   }
+   return 0;
+}
+
+// The process of the filters: from its input to standard output.
+int filterLines( std::vector< LineFilter > const & wanted, int input ) {
+   LineFilters filters( wanted );
+   auto const buffer = std::make_unique_for_overwrite< char[] >( readSize );
+   std::string passed;
+   for ( ;; ) {
+      ssize_t const got = ::read( input, buffer.get(), readSize );
+      if ( got < 0 && errno == EINTR ) {
+         continue;
+      }
+      if ( got > 0 ) {
+         filters.take( { buffer.get(), static_cast< size_t >( got ) }, passed );
+      } else {
+         filters.end( passed );
+      }
+      if ( int const error = writeAll( passed ); error != 0 || got <= 0 ) {
+         return error;
+      }
+      passed.clear();
+   }
+}
+
+// While it lives, what is written to standard output goes elsewhere.
+class Redirection {
+public:
+   explicit Redirection( int fd )
+      : saved_( ::dup( STDOUT_FILENO ) ) {
+      if ( saved_ < 0 || ::dup2( fd, STDOUT_FILENO ) < 0 ) {
+         throw std::system_error( errno, std::generic_category(), "cannot redirect the output" );
+      }
+   }
+   ~Redirection() {
+      std::fflush( stdout );
+      ::dup2( saved_, STDOUT_FILENO );
+      ::close( saved_ );
+   }
+   Redirection( Redirection const & ) = delete;
+   Redirection & operator=( Redirection const & ) = delete;
+
+private:
+   int saved_;
+};
+
+// A pager on standard output: while it lives, what is written there goes to it.
+class PagedOutput {
+public:
+   explicit PagedOutput( std::string const & command )
+      : child_( [&]( int input ) { return runPager( command, input ); } ) {
+      redirection_.emplace( child_.fd() );
+      child_.closeInput();
+   }
+   // Waits until the user leaves the pager.
+   ~PagedOutput() {
+      redirection_.reset();
+      child_.wait();
+      // Interrupts of this time were the pager's.
+      wendo::interrupt::requested = 0;
+   }
+   PagedOutput( PagedOutput const & ) = delete;
+   PagedOutput & operator=( PagedOutput const & ) = delete;
+
+private:
+   static int runPager( std::string const & command, int input ) {
+      std::signal( SIGINT, SIG_DFL );
+      std::signal( SIGPIPE, SIG_DFL );
+      ::dup2( input, STDIN_FILENO );
+      // A reply that fits the screen ends the usual pager at once.
+      ::setenv( "LESS", "FRX", 0 );
+      ::execl( "/bin/sh", "sh", "-c", command.c_str(), nullptr );
+      return errno;
+   }
+
+   Child child_;
+   std::optional< Redirection > redirection_;
+};
+
+// The last line of a reply that was interrupted, unless nobody takes it.
+void writeInterrupted() {
+   pollfd output{ .fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0 };
+   if ( ::poll( &output, 1, 0 ) > 0 ) {
+      writeAll( "exiting on interrupt\n" );
+   }
+}
+
+void writeFiltered( std::vector< LineFilter > const & filters,
+                    std::function< void( int fd ) > const & reply ) {
+   unsigned const interrupts = wendo::interrupt::served();
+   std::optional< Child > child( std::in_place,
+                                 [&]( int input ) { return filterLines( filters, input ); } );
+   try {
+      // A show that is interrupted says so on standard output, where the filter still writes.
+      FileDescriptor const nowhere( ::open( "/dev/null", O_WRONLY | O_CLOEXEC ) );
+      Redirection const redirection( nowhere.get() );
+      reply( child->fd() );
+   } catch ( std::system_error const & error ) {
+      // The filter tells why it takes no more.
+      if ( error.code() != std::errc::broken_pipe ) {
+         throw;
+      }
+   }
+   if ( wendo::interrupt::served() != interrupts ) {
+      child.reset();
+      writeInterrupted();
+   } else if ( int const error = child->waitInterruptibly(); error != 0 ) {
+      throw std::system_error( error, std::generic_category(), "cannot write the output" );
+   }
+}
+
+} // namespace
+
+void writeOutput( OutputPath const & path, std::function< void( int fd ) > const & reply ) {
+   std::optional< PagedOutput > pager;
+   if ( !path.pager.empty() && ::isatty( STDOUT_FILENO ) != 0 ) {
+      pager.emplace( path.pager );
+   }
+   try {
+      if ( path.filters.empty() ) {
+         reply( STDOUT_FILENO );
+      } else {
+         writeFiltered( path.filters, reply );
+      }
+   } catch ( std::system_error const & error ) {
+      if ( !pager || error.code() != std::errc::broken_pipe ) {
+         throw;
+      }
+   }
+}
+
+} // namespace tpcli
