@@ -1,16 +1,26 @@
 #include "cli/CommandTable.h"
 
+#include "TrafficPolicy/platform/vorn/TypeRecord.h"
+
 #include <algorithm>
 
 namespace tpcli {
 
 namespace {
 
+std::vector< std::string_view > classNames() {
+   std::vector< std::string_view > names;
+   for ( Vorn::TypeRecord const * type : Vorn::TypeRecord::sorted() ) {
+      names.push_back( type->name() );
+   }
+   return names;
+}
+
 constexpr ArgumentRow arguments[] = {
    { Argument::none, "", "" },
-   { Argument::policy, "NAME", "the name of a policy" },
-   { Argument::className, "NAME", "the name of a class" },
-   { Argument::text, "TEXT", "a text" },
+   { Argument::policy, "NAME", "the name of a policy", true },
+   { Argument::className, "NAME", "the name of a class", false, classNames },
+   { Argument::text, "TEXT", "a text", true },
    { Argument::words, "COMMAND", "a command" },
 };
 

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 namespace tpcli {
 
@@ -21,6 +22,9 @@ struct ArgumentRow {
    Argument argument;
    std::string_view placeholder;
    std::string_view meaning; // after "needs"
+   bool isName = false;      // of something in the state, which completes it
+   // What the program itself has to complete it, or null.
+   std::vector< std::string_view > ( *values )() = nullptr;
 };
 
 // The words after a command that come in any order, each once.

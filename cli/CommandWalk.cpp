@@ -180,7 +180,7 @@ std::vector< Choice > CommandWalk::optionWords() const {
    for ( OptionRow const & row : optionRows() ) {
       if ( command_.row->options.has( row.option ) && !command_.has( row.option )
            && !excluded( row.option, command_.options ) ) {
-         choices.push_back( { row.word, row.help } );
+         choices.push_back( { row.word, row.help, row.argument } );
       }
    }
    return choices;
@@ -195,7 +195,7 @@ std::vector< Choice > CommandWalk::pipeWords() const {
    }
    for ( PipeRow const & row : pipeRows() ) {
       if ( !( row.alone && pipe_ ) && ( row.pipe != Pipe::json || reply == Reply::textOrJson ) ) {
-         choices.push_back( { row.word, row.help } );
+         choices.push_back( { row.word, row.help, row.argument } );
       }
    }
    return choices;
@@ -296,7 +296,7 @@ void CommandWalk::refuseOption( Word const & word ) const {
    std::vector< Choice > all;
    for ( OptionRow const & row : optionRows() ) {
       if ( command_.row->options.has( row.option ) ) {
-         all.push_back( { row.word, row.help } );
+         all.push_back( { row.word, row.help, row.argument } );
       }
    }
    Choice const * choice = select( word, all );

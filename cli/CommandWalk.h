@@ -15,6 +15,7 @@ namespace tpcli {
 struct Choice {
    std::string_view word;
    std::string_view help;
+   Argument argument = Argument::none; // that follows it
 };
 
 // What may follow.

@@ -160,7 +160,8 @@ std::string describe( Continuation const & next, std::string_view begin ) {
    }
    for ( Choice const & choice : next.words ) {
       if ( choice.word.starts_with( begin ) ) {
-         rows.emplace_back( choice.word, choice.help );
+         rows.emplace_back( withArgument( choice.word, argumentRow( choice.argument ).placeholder ),
+                            choice.help );
       }
    }
    if ( next.complete && begin.empty() ) {

@@ -2,66 +2,22 @@
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 #include "cli/Errors.h"
+#include "cli/LineInput.h"
 #include "cli/Runner.h"
 
-#include <sys/types.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
+#include <memory>
 #include <new>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace tpcli {
 
 namespace {
 
-// The lines of standard input.
-class Lines {
-public:
-   explicit Lines( bool prompt )
-      : prompt_( prompt ) {}
-   ~Lines() { std::free( line_ ); }
-   Lines( Lines const & ) = delete;
-   Lines & operator=( Lines const & ) = delete;
-
-   // Nothing at the end, or when the user interrupts the wait. Throws FileError.
-   std::optional< std::string > next() {
-      if ( prompt_ ) {
-         std::fputs( "tpcli> ", stdout );
-         std::fflush( stdout );
-      }
-      errno = 0;
-      ssize_t const length = ::getline( &line_, &room_, stdin );
-      if ( length < 0 ) {
-         if ( errno == ENOMEM ) {
-            throw std::bad_alloc();
-         }
-         if ( std::feof( stdin ) == 0 && !wendo::interrupt::requested ) {
-            throw FileError( std::string( "standard input: " ) + std::strerror( errno ) );
-         }
-         if ( prompt_ ) {
-            std::fputs( "\n", stdout );
-         }
-         return std::nullopt;
-      }
-      std::string text( line_, static_cast< size_t >( length ) );
-      if ( text.ends_with( '\n' ) ) {
-         text.pop_back();
-      }
-      return text;
-   }
-
-private:
-   bool prompt_;
-   char * line_ = nullptr;
-   size_t room_ = 0;
-};
-
-Status runEach( Session & session, Lines & lines, bool terminal ) {
+Status runEach( Session & session, LineInput & lines, bool terminal ) {
    Status result = Status::done;
    for ( size_t number = 1;; ++number ) {
       std::optional< std::string > line = lines.next();
@@ -90,9 +46,11 @@ Status runEach( Session & session, Lines & lines, bool terminal ) {
 
 Status runLines( Session & session ) {
    bool const terminal = ::isatty( STDIN_FILENO ) != 0 && ::isatty( STDOUT_FILENO ) != 0;
-   Lines lines( terminal );
+   std::unique_ptr< LineInput > lines;
    try {
-      return runEach( session, lines, terminal );
+      lines = terminal ? editedLines( session.workspace ) : nullptr;
+      lines = lines ? std::move( lines ) : plainLines( terminal );
+      return runEach( session, *lines, terminal );
    } catch ( FileError const & error ) {
       session.report.inputLineIs( 0 );
       session.report.error( error.what() );

@@ -6,7 +6,6 @@
 #include "cli/Help.h"
 #include "cli/Output.h"
 #include "cli/TypesCommand.h"
-#include "sources/Source.h"
 #include "sources/file/CounterStore.h"
 
 #include <unistd.h>
@@ -26,8 +25,8 @@ constexpr unsigned revision = 1;
 using ShowPtr = Vorn::Ptr< TrafficPolicyCli::ShowTrafficPolicyBase >;
 
 ShowPtr makeShow( Command const & command, Workspace const & workspace ) {
-   State const & state = workspace.state;
-   Vorn::Ptr< TrafficPolicy::Counter const > const counters = workspace.counterStore;
+   State const & state = workspace.state();
+   Vorn::Ptr< TrafficPolicy::Counter const > const counters = workspace.counterStore();
    auto const flag = [&]( Option option ) { return command.has( option ); };
    Vorn::String const policy( command.value( Option::policy ) );
    if ( command.row->verb == Verb::showCpu ) {
@@ -40,12 +39,6 @@ ShowPtr makeShow( Command const & command, Workspace const & workspace ) {
       state.config, state.status, counters, policy, flag( Option::summary ), flag( Option::errors ),
       flag( Option::detail ), flag( Option::counters ), flag( Option::perInterface ),
       state.intfConfig, state.policyParamStatus );
-}
-
-// Empty where no store is read and none can be written.
-std::string counterStorePath( Options const & options, Source const & source ) {
-   return options.counterStorePath.empty() ? source.defaultCounterStore()
-                                           : options.counterStorePath;
 }
 
 unsigned formatOf( Session const & session, Command const & command ) {
@@ -62,10 +55,7 @@ OutputPath outputPath( Session const & session, Command const & command ) {
 void show( Session & session, Command const & command ) {
    OutputPath const path = outputPath( session, command );
    Workspace & workspace = session.workspace;
-   auto const source = findSource( session.options.statePath );
-   workspace.state = source->read().state;
-   workspace.counterStore =
-      readCounterStore( counterStorePath( session.options, *source ), *workspace.state.status );
+   workspace.read();
    workspace.show = makeShow( command, workspace );
    writeOutput( path, [&]( int fd ) {
       workspace.show->render( static_cast< unsigned >( fd ), formatOf( session, command ),
@@ -93,17 +83,16 @@ std::string helpFor( Command const & command, bool isLine ) {
    return describe( walk.next(), "" );
 }
 
-void clear( Session & session ) {
-   auto const source = findSource( session.options.statePath );
-   std::string const path = counterStorePath( session.options, *source );
+void clear( Workspace & workspace ) {
+   std::string const path = workspace.counterStorePath();
    if ( path.empty() ) {
       throw UsageError( "a clear of a state from standard input needs --counter-store" );
    }
-   State & state = session.workspace.state = source->read().state;
+   workspace.readSource();
    CounterStoreLock const lock( path );
-   auto & store = session.workspace.counterStore;
-   store = readCounterStore( path, *state.status );
-   TrafficPolicyCli::trafficPolicyCounterFactory( state.status, store )->clearCounter();
+   auto const & status = workspace.state().status;
+   auto const store = readCounterStore( path, *status );
+   TrafficPolicyCli::trafficPolicyCounterFactory( status, store )->clearCounter();
    writeCounterStore( path, *store );
 }
 
@@ -115,7 +104,7 @@ void run( Session & session, CommandText const & text, bool isLine ) {
       show( session, command );
       break;
    case Verb::clear:
-      clear( session );
+      clear( session.workspace );
       break;
    case Verb::types:
       writeReply( session, command,

@@ -60,7 +60,8 @@ int main( int argc, char ** argv ) {
    keepStandardDescriptors();
    catchSignals();
    tpcli::Options options;
-   tpcli::Session session{ options, tpcli::Report( tpcli::asksForJson( argc, argv ) ), {} };
+   tpcli::Session session{ options, tpcli::Report( tpcli::asksForJson( argc, argv ) ),
+                           tpcli::Workspace( options ) };
    tpcli::Status status = tpcli::Status::failed;
    try {
       options = tpcli::parseArguments( argc, argv );

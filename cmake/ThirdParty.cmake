@@ -34,6 +34,18 @@ function(tp_find_simdjson)
    target_compile_definitions(tp::simdjson INTERFACE SIMDJSON_NO_PORTABILITY_WARNING)
 endfunction()
 
+# A 32-bit program does without line editing where there is no library of its architecture.
+function(tp_find_libedit)
+   if(tp_library_dirs)
+      find_library(TP_libedit_LIBRARY NAMES libedit.so.2 PATHS ${tp_library_dirs} NO_DEFAULT_PATH)
+      if(NOT TP_libedit_LIBRARY)
+         message(STATUS "No libedit for 32 bit: tpcli is built without line editing")
+         return()
+      endif()
+   endif()
+   tp_import(libedit histedit.h edit libedit.so.2)
+endfunction()
+
 function(tp_find_benchmark)
    tp_import(benchmark benchmark/benchmark.h benchmark libbenchmark.so.1debian libbenchmark.so.1)
    find_package(Threads REQUIRED)
