@@ -10,8 +10,8 @@
 //    auto const rules = renderer.list( rulesKey );
 //
 // A key is a JsonKey, a Vorn::String or anything that is a std::string_view; with an empty key a
-// member is a list element. JSON state is one flag, set when the next member is the first of its
-// container and takes no comma, and the brackets of scopes that ended since the last member.
+// member is a list element. The JSON state is what stands before the next member: brackets of
+// scopes that ended, and a comma unless it is the first of its container.
 
 #pragma once
 
@@ -106,13 +106,13 @@ public:
    // JSON: the caller has tested for it.
 
    void writeQuotedString( std::string_view text ) {
-      writeClosers();
+      writeBrackets();
       appendEscaped( buffer(), text );
    }
    // In quotes, escaped: any text. Numbers and truth values as they are.
    template< typename Value >
    void writeJsonValue( Value const & value ) {
-      writeClosers();
+      writeBrackets();
       write( Json{ jsonPiece( value ) } );
    }
 
@@ -129,16 +129,16 @@ public:
    template< typename Key >
    void _startJsonObject( Key const & key ) {
       writeMember( JsonName{ jsonPiece( key ) }, '{' );
-      first_ = true;
+      prefix_.containerOpened();
    }
    template< typename Key >
    void _startJsonList( Key const & key ) {
       writeMember( JsonName{ jsonPiece( key ) }, '[' );
-      first_ = true;
+      prefix_.containerOpened();
    }
    void _startJsonListEntry() {
       writeMember( '{' );
-      first_ = true;
+      prefix_.containerOpened();
    }
    // An object in a list, with its first members.
    template< typename First, typename... Others >
@@ -176,12 +176,12 @@ public:
    void startJsonRoot() {
       if ( isJson() ) {
          write( '{' );
-         first_ = true;
+         prefix_.containerOpened();
       }
    }
    void endJsonRoot() {
       if ( isJson() ) {
-         writeClosers();
+         writeBrackets();
          write( "}\n" );
       }
    }
@@ -259,17 +259,19 @@ private:
       }
    }
 
-   // The ends of closed scopes, the comma rule, and the pieces of a member.
+   // The comma rule, and the pieces of a member.
    template< typename... Pieces >
    [[gnu::always_inline]] void writeMember( Pieces const &... pieces ) {
-      write( closers_, Comma{ !first_ }, pieces... );
-      closers_.clear();
-      first_ = false;
+      write( prefix_, pieces... );
+      prefix_.memberWritten();
    }
-   void writeClosers() {
-      if ( !closers_.empty() ) {
-         write( closers_ );
-         closers_.clear();
+   // The brackets of ended scopes, before something that is no member.
+   void writeBrackets() {
+      if ( prefix_.brackets() > 0 ) {
+         char * const to = buffer().getBuffer( room( prefix_ ) );
+         put( to, prefix_ );
+         buffer().commit( to + prefix_.brackets() );
+         prefix_.memberWritten();
       }
    }
 
@@ -317,20 +319,17 @@ private:
 
    void close( char bracket ) {
       if ( isJson() ) {
-         write( closers_, bracket );
-         closers_.clear();
-         first_ = false;
+         prefix_.scopeEnded( bracket );
+         writeBrackets();
       }
    }
 
-   Closers closers_;
-   bool first_ = false;
+   MemberPrefix prefix_;
 };
 
 JsonScope::~JsonScope() {
    if ( renderer_ ) {
-      renderer_->closers_.add( bracket_ );
-      renderer_->first_ = false;
+      renderer_->prefix_.scopeEnded( bracket_ );
    }
 }
 

@@ -80,12 +80,16 @@ public:
       }
 
    private:
-      void prefetchRecords() const {
+      // Not near the end, nor in a map with deleted entries: neither is worth a test for each
+      // entry.
+      [[gnu::always_inline]] void prefetchRecords() const {
          if constexpr ( requires { typename Value::Element; } ) {
-            prefetchAhead< typename Value::Element >( [&]( uint32_t distance ) {
-               Value const * value = ahead( distance );
-               return value ? value->get() : nullptr;
-            } );
+            using Record = typename Value::Element;
+            size_t const last = size_t{ next_ } - 1;
+            if ( last + prefetchDistance< Record > < entries_.size() && dense_ ) [[likely]] {
+               prefetchAhead< Record >(
+                  [&]( uint32_t distance ) { return entries_[last + distance].value.get(); } );
+            }
          }
       }
       bool isLive( size_t at ) const {

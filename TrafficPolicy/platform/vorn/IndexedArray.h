@@ -82,16 +82,16 @@ public:
          : slots_( array.slots_ ) {}
 
       // The record in the slot, or null.
-      auto const * operator[]( unsigned index ) const {
-         prefetchAhead< typename Value::Element >(
-            [&]( uint32_t distance ) { return record( size_t{ index } + distance ); } );
-         return record( index );
+      [[gnu::always_inline]] auto const * operator[]( unsigned index ) const {
+         using Record = typename Value::Element;
+         if ( size_t{ index } + prefetchDistance< Record > < slots_.size() ) [[likely]] {
+            prefetchAhead< Record >(
+               [&]( uint32_t distance ) { return slots_[index + distance].get(); } );
+         }
+         return index < slots_.size() ? slots_[index].get() : nullptr;
       }
 
    private:
-      auto const * record( size_t index ) const {
-         return index < slots_.size() ? slots_[index].get() : nullptr;
-      }
       std::span< Value const > slots_;
    };
 

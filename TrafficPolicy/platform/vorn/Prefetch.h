@@ -13,6 +13,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 
 namespace Vorn {
 
@@ -43,18 +44,26 @@ constexpr unsigned prefetchStepsOf() {
    }
 }
 
-// Takes each step for the record that is its distance away. recordAhead( n ) is the record n
-// entries ahead, or null.
+// How many entries ahead the first step is taken.
+template< typename Record >
+inline constexpr uint32_t prefetchDistance = ( prefetchStepsOf< Record >() + 1 ) * prefetchStride;
+
+// Takes each step for the record that is its distance away: recordAhead( n ) is the record n
+// entries ahead, which may be null; there are prefetchDistance entries.
 template< typename Record, typename RecordAhead >
-void prefetchAhead( RecordAhead const & recordAhead ) {
-   constexpr unsigned steps = prefetchStepsOf< Record >();
-   Vorn::prefetch( recordAhead( ( steps + 1 ) * prefetchStride ) );
-   if constexpr ( steps > 0 ) {
-      for ( unsigned step = 1; step <= steps; ++step ) {
-         if ( Record const * record = recordAhead( ( steps + 1 - step ) * prefetchStride ) ) {
+[[gnu::always_inline]] inline void prefetchAhead( RecordAhead const & recordAhead ) {
+   Vorn::prefetch( recordAhead( prefetchDistance< Record > ) );
+   if constexpr ( prefetchStepsOf< Record >() > 0 ) {
+      auto const takeStep = [&]( unsigned step ) {
+         Record const * record = recordAhead( prefetchDistance< Record > - step * prefetchStride );
+         if ( record ) {
             record->prefetch( step );
          }
+      };
+      [&]< unsigned... before >( std::integer_sequence< unsigned, before... > ) {
+         ( takeStep( before + 1 ), ... );
       }
+      ( std::make_integer_sequence< unsigned, prefetchStepsOf< Record >() >() );
    }
 }
 

@@ -19,6 +19,7 @@
 #include "TrafficPolicy/platform/wendo/JsonKey.h"
 #include "TrafficPolicy/platform/wendo/PlainText.h"
 
+#include <bit>
 #include <charconv>
 #include <concepts>
 #include <cstddef>
@@ -152,44 +153,65 @@ inline char * put( char * to, LineBegin line ) {
    return put( put( to, line.indent ), line.heading );
 }
 
-// The brackets of the scopes that were closed since the last member, innermost first.
-class Closers {
+// What stands before the next JSON member: the brackets of scopes that ended since the last one,
+// innermost first, and a comma unless the member is the first of its container. Written without a
+// branch: the bytes are copied in any case, and as many are kept as are needed.
+class MemberPrefix {
 public:
-   // The deepest nesting of a reply, and more than any has.
-   static constexpr size_t max = 16;
+   static constexpr size_t room = 16;
 
-   void add( char bracket ) {
-      VORN_ASSERT( size_ < max );
-      text_[size_++] = bracket;
+   // A member was written.
+   void memberWritten() {
+      words_[0] = ',';
+      size_ = 1;
    }
-   void clear() { size_ = 0; }
-   bool empty() const { return size_ == 0; }
+   // A container was opened: its first member takes no comma.
+   void containerOpened() { size_ = 0; }
+   // A scope ended.
+   void scopeEnded( char bracket ) {
+      unsigned const at = brackets();
+      if ( at + 2 <= wordSize ) [[likely]] {
+         uint64_t const both = static_cast< unsigned char >( bracket ) | unsigned{ ',' } << 8;
+         words_[0] = ( words_[0] & ( ( uint64_t{ 1 } << 8 * at ) - 1 ) ) | both << 8 * at;
+      } else {
+         VORN_ASSERT( at + 2 <= room );
+         set( at, bracket );
+         set( at + 1, ',' );
+      }
+      size_ = at + 2;
+   }
+
+   // How many bytes there are without the comma.
+   unsigned brackets() const { return size_ - ( size_ != 0 ); }
    char * printToBuffer( char * to ) const {
-      std::memcpy( to, text_, max );
-      return to + size_;
+      unsigned const size = size_;
+      std::memcpy( to, &words_[0], wordSize );
+      if ( size > wordSize ) [[unlikely]] {
+         std::memcpy( to + wordSize, &words_[1], wordSize );
+      }
+      return to + size;
    }
 
 private:
-   char text_[max] = {};
-   size_t size_ = 0;
-};
-constexpr size_t room( Closers const & ) {
-   return Closers::max;
-}
-inline char * put( char * to, Closers const & closers ) {
-   return closers.printToBuffer( to );
-}
+   static constexpr unsigned wordSize = 8;
+   static_assert( std::endian::native == std::endian::little, "words are copied as text" );
 
-// The comma rule, without a branch: the byte is written in any case and kept if it is needed.
-struct Comma {
-   bool needed;
+   void set( unsigned at, char byte ) {
+      uint64_t & word = words_[at / wordSize];
+      unsigned const shift = at % wordSize * 8;
+      word &= ~( uint64_t{ 0xff } << shift );
+      word |= uint64_t{ static_cast< unsigned char >( byte ) } << shift;
+   }
+
+   // Words, read as they were written: a wide load of bytes that were just stored one by one waits.
+   uint64_t words_[room / wordSize] = { ',' };
+   unsigned size_ = 1;
 };
-constexpr size_t room( Comma ) {
-   return 1;
+constexpr size_t room( MemberPrefix const & ) {
+   return MemberPrefix::room;
 }
-inline char * put( char * to, Comma comma ) {
-   *to = ',';
-   return to + comma.needed;
+inline char * put( char * to, MemberPrefix const & prefix ) {
+   return prefix.printToBuffer( to );
 }
 
 // A value as JSON has it.
