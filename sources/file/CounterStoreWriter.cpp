@@ -32,41 +32,35 @@ void addCounts( RendererV2 & renderer, Umbo::UniqueId const & id,
 void addRules( RendererV2 & renderer, TrafficPolicy::Counter const & store ) {
    static constexpr JsonKey rules( "rules" );
    static constexpr JsonKey rule( "rule" );
-   renderer._startJsonList( rules );
+   auto const list = renderer.list( rules );
    for ( auto const & [key, snapshot] : store.snapshot() ) {
       wendo::interrupt::check();
-      renderer._startJsonListEntry();
+      auto const entry = renderer.listEntry();
       renderer._addJsonKeyValuePair( policyKey, key.policyName );
       renderer._addJsonKeyValuePair( rule, key.name );
       addId( renderer, snapshot.uniqueId );
       renderer._addJsonKeyValuePair( packetsKey, snapshot.packets );
-      renderer.endJsonListEntry();
    }
-   renderer.endJsonList();
 }
 
 void addNamedCounters( RendererV2 & renderer, TrafficPolicy::Counter const & store ) {
    static constexpr JsonKey namedCounters( "namedCounters" );
    static constexpr JsonKey counter( "counter" );
    static constexpr JsonKey interfaces( "interfaces" );
-   renderer._startJsonList( namedCounters );
+   auto const list = renderer.list( namedCounters );
    for ( auto const & [key, snapshot] : store.namedSnapshot() ) {
-      renderer._startJsonListEntry();
+      auto const entry = renderer.listEntry();
       renderer._addJsonKeyValuePair( policyKey, key.policyName );
       renderer._addJsonKeyValuePair( counter, key.name );
       addCounts( renderer, snapshot->uniqueId(), snapshot->totalCount() );
       if ( snapshot->perIntfCount() ) {
-         renderer._startJsonObject( interfaces );
+         auto const object = renderer.object( interfaces );
          for ( auto const & [intf, data] : snapshot->perIntfCount() ) {
-            renderer._startJsonObject( intf.string() );
+            auto const counts = renderer.object( intf.string() );
             addCounts( renderer, data->uniqueId(), data->countData() );
-            renderer.endJsonDict();
          }
-         renderer.endJsonDict();
       }
-      renderer.endJsonListEntry();
    }
-   renderer.endJsonList();
 }
 
 } // namespace
