@@ -3,6 +3,8 @@
 #include "TrafficPolicy/platform/vorn/TypeRecord.h"
 
 #include <algorithm>
+#include <charconv>
+#include <system_error>
 
 namespace tpcli {
 
@@ -19,13 +21,27 @@ std::vector< std::string_view > classNames() {
 constexpr ArgumentRow arguments[] = {
    { Argument::none, "", "" },
    { Argument::policy, "NAME", "the name of a policy", true },
-   { Argument::className, "NAME", "the name of a class", false, classNames },
+   { Argument::rule, "NAME", "the name of a rule", true },
+   { Argument::interface, "NAME", "the name of an interface", true },
+   { Argument::vrf, "NAME", "the name of a VRF", true },
+   { .argument = Argument::seconds,
+     .placeholder = "SECONDS",
+     .meaning = "a number of seconds",
+     .valid = []( std::string_view value ) { return parseSeconds( value ).has_value(); } },
+   { .argument = Argument::number,
+     .placeholder = "NUMBER",
+     .meaning = "a number of times",
+     .valid = []( std::string_view value ) { return parseCount( value ).has_value(); } },
+   { Argument::className, "NAME", "the name of a class", false, nullptr, classNames },
    { Argument::text, "TEXT", "a text", true },
    { Argument::words, "COMMAND", "a command" },
 };
 
 constexpr OptionSet showOptions( Option::policy, Option::summary, Option::detail, Option::errors,
-                                 Option::counters, Option::perInterface );
+                                 Option::counters, Option::perInterface, Option::rule,
+                                 Option::interface, Option::vrf, Option::failed, Option::nonzero,
+                                 Option::unused, Option::raw, Option::rates, Option::interval,
+                                 Option::count );
 
 constexpr CommandRow commands[] = {
    { .verb = Verb::showCpu,
@@ -38,9 +54,22 @@ constexpr CommandRow commands[] = {
      .help = "the policies of interfaces",
      .reply = Reply::textOrJson,
      .options = showOptions },
+   { .verb = Verb::lastClear,
+     .words = { "show", "traffic-policy", "counters", "last-clear" },
+     .help = "since when the counts are, and which counters are newer",
+     .reply = Reply::textOrJson },
    { .verb = Verb::clear,
      .words = { "clear", "traffic-policy", "counters" },
-     .help = "let the counts that the shows print begin at zero" },
+     .help = "let the counts that the shows print begin at zero",
+     .options = OptionSet( Option::policy ) },
+   { .verb = Verb::status,
+     .words = { "status" },
+     .help = "one line a policy; exit status 4 when an installation failed",
+     .reply = Reply::textOrJson },
+   { .verb = Verb::check,
+     .words = { "check" },
+     .help = "what is inconsistent or shown nowhere; exit status 1 when there is any",
+     .reply = Reply::textOrJson },
    { .verb = Verb::types,
      .words = { "types" },
      .help = "the program's registered classes, or all about one",
@@ -60,6 +89,7 @@ constexpr GroupRow groups[] = {
    { "show", "show policies" },
    { "clear", "clear counters" },
    { "traffic-policy", "traffic policies" },
+   { "counters", "their counters" },
 };
 
 constexpr OptionRow options[] = {
@@ -72,6 +102,23 @@ constexpr OptionRow options[] = {
    { Option::counters, "counters", Argument::none, "the counts, in place of the rules" },
    { Option::perInterface, "per-interface", Argument::none,
      "counts of each interface; otherwise bytes beside the packets of named counters" },
+   { Option::rule, "rule", Argument::rule, "this rule only, of the policies that have it" },
+   { Option::interface, "interface", Argument::interface,
+     "policies configured, applied or failed on this interface" },
+   { Option::vrf, "vrf", Argument::vrf, "policies configured, applied or failed in this VRF" },
+   { Option::failed, "failed", Argument::none, "policies whose installation failed here" },
+   { Option::nonzero, "nonzero", Argument::none, "rules whose count is not 0" },
+   { Option::unused, "unused", Argument::none, "rules that count and whose count is 0",
+     OptionSet( Option::nonzero ) },
+   { Option::raw, "raw", Argument::none, "counts of the hardware, not those since the last clear" },
+   { Option::rates, "rates", Argument::none,
+     "packets and bits a second of rules and counters, the busiest first; interval: of how long",
+     OptionSet( Option::summary, Option::detail, Option::errors, Option::counters,
+                Option::perInterface, Option::rule, Option::interface, Option::vrf, Option::failed,
+                Option::nonzero, Option::unused, Option::raw ) },
+   { Option::interval, "interval", Argument::seconds, "repeat the reply so often" },
+   { Option::count, "count", Argument::number, "so many times", OptionSet( Option::rates ),
+     OptionSet( Option::interval ) },
 };
 
 constexpr PipeRow pipes[] = {
@@ -113,6 +160,22 @@ constexpr ProgramOptionRow programOptions[] = {
 
 } // namespace
 
+std::optional< double > parseSeconds( std::string_view text ) {
+   constexpr double year = 366.0 * 24 * 3600;
+   double value = 0;
+   auto const [end, error] =
+      std::from_chars( text.data(), text.data() + text.size(), value, std::chars_format::fixed );
+   bool const whole = error == std::errc() && end == text.data() + text.size();
+   return whole && value >= 0.001 && value <= year ? std::optional( value ) : std::nullopt;
+}
+
+std::optional< unsigned > parseCount( std::string_view text ) {
+   unsigned value = 0;
+   auto const [end, error] = std::from_chars( text.data(), text.data() + text.size(), value );
+   bool const whole = error == std::errc() && end == text.data() + text.size();
+   return whole && value > 0 ? std::optional( value ) : std::nullopt;
+}
+
 std::span< CommandRow const > commandRows() {
    return commands;
 }
@@ -144,6 +207,11 @@ std::string_view groupHelp( std::string_view word ) {
 
 bool exclude( Option a, Option b ) {
    return optionRow( a ).excludes.has( b ) || optionRow( b ).excludes.has( a );
+}
+
+bool lacksNeed( Option option, OptionSet given ) {
+   OptionSet const needs = optionRow( option ).needs;
+   return !needs.empty() && !needs.meets( given );
 }
 
 bool excluded( Option option, OptionSet given ) {

@@ -7,29 +7,70 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
 
 namespace tpcli {
 
-enum class Verb : uint8_t { showCpu, showInterface, clear, types, help, leave };
+enum class Verb : uint8_t {
+   showCpu,
+   showInterface,
+   lastClear,
+   clear,
+   check,
+   status,
+   types,
+   help,
+   leave
+};
 
 // What stands in the place of a value; names of records are completed from the state.
-enum class Argument : uint8_t { none, policy, className, text, words };
+enum class Argument : uint8_t {
+   none,
+   policy,
+   rule,
+   interface,
+   vrf,
+   seconds,
+   number,
+   className,
+   text,
+   words
+};
 
 struct ArgumentRow {
    Argument argument;
    std::string_view placeholder;
    std::string_view meaning; // after "needs"
    bool isName = false;      // of something in the state, which completes it
+   // Whether a value is one; null: any is.
+   bool ( *valid )( std::string_view value ) = nullptr;
    // What the program itself has to complete it, or null.
    std::vector< std::string_view > ( *values )() = nullptr;
 };
 
 // The words after a command that come in any order, each once.
-enum class Option : uint8_t { policy, summary, detail, errors, counters, perInterface };
-inline constexpr unsigned optionCount = 6;
+enum class Option : uint8_t {
+   policy,
+   summary,
+   detail,
+   errors,
+   counters,
+   perInterface,
+   rule,
+   interface,
+   vrf,
+   failed,
+   nonzero,
+   unused,
+   raw,
+   rates,
+   interval,
+   count
+};
+inline constexpr unsigned optionCount = 16;
 
 class OptionSet {
 public:
@@ -58,6 +99,7 @@ struct OptionRow {
    Argument argument;
    std::string_view help;
    OptionSet excludes = {}; // stated once for two options
+   OptionSet needs = {};    // one of these must stand before it
 };
 
 // What a command writes, which is what may stand after a |.
@@ -113,6 +155,11 @@ std::span< OptionRow const > optionRows();
 std::span< PipeRow const > pipeRows();
 std::span< ProgramOptionRow const > programOptionRows();
 
+// A number of seconds, above 0 and no more than a year, or nothing.
+std::optional< double > parseSeconds( std::string_view text );
+// A number of times, above 0, or nothing.
+std::optional< unsigned > parseCount( std::string_view text );
+
 ArgumentRow const & argumentRow( Argument argument );
 OptionRow const & optionRow( Option option );
 // What a word that begins several commands is about.
@@ -120,6 +167,7 @@ std::string_view groupHelp( std::string_view word );
 
 // Whether the table says that the two do not go together.
 bool exclude( Option a, Option b );
+bool lacksNeed( Option option, OptionSet given );
 bool excluded( Option option, OptionSet given );
 
 } // namespace tpcli

@@ -101,7 +101,11 @@ void CommandWalk::takeArgument( Word const & word ) {
 void CommandWalk::takeOption( Word const & word ) {
    std::vector< Choice > const choices = optionWords();
    Choice const * choice = select( word, choices );
-   if ( !choice ) {
+   // One that is spelt out is no begin of another, even where it cannot stand.
+   auto const spelt = std::ranges::find( optionRows(), word.text, &OptionRow::word );
+   bool const isOther = spelt != optionRows().end() && command_.row->options.has( spelt->option )
+                        && choice && choice->word != word.text;
+   if ( !choice || isOther ) {
       refuseOption( word );
    }
    OptionRow const & row = *std::ranges::find( optionRows(), choice->word, &OptionRow::word );
@@ -111,7 +115,8 @@ void CommandWalk::takeOption( Word const & word ) {
 }
 
 void CommandWalk::takeValue( Word const & word ) {
-   if ( word.text.empty() ) {
+   auto const valid = argumentRow( optionRow( option_ ).argument ).valid;
+   if ( word.text.empty() || ( valid && !valid( word.text ) ) ) {
       fail( missing(), word );
    }
    command_.values[static_cast< size_t >( option_ )] = word.text;
@@ -179,7 +184,8 @@ std::vector< Choice > CommandWalk::optionWords() const {
    std::vector< Choice > choices;
    for ( OptionRow const & row : optionRows() ) {
       if ( command_.row->options.has( row.option ) && !command_.has( row.option )
-           && !excluded( row.option, command_.options ) ) {
+           && !excluded( row.option, command_.options )
+           && !lacksNeed( row.option, command_.options ) ) {
          choices.push_back( { row.word, row.help, row.argument } );
       }
    }
@@ -306,6 +312,11 @@ void CommandWalk::refuseOption( Word const & word ) const {
    OptionRow const & row = *std::ranges::find( optionRows(), choice->word, &OptionRow::word );
    if ( command_.has( row.option ) ) {
       fail( inQuotes( row.word ) + " is given twice", word );
+   }
+   for ( OptionRow const & needed : optionRows() ) {
+      if ( row.needs.has( needed.option ) && lacksNeed( row.option, command_.options ) ) {
+         fail( inQuotes( row.word ) + " needs " + inQuotes( needed.word ) + " before it", word );
+      }
    }
    for ( OptionRow const & given : optionRows() ) {
       if ( command_.has( given.option ) && exclude( given.option, row.option ) ) {

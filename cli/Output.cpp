@@ -17,6 +17,7 @@
 #include <optional>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace tpcli {
 
@@ -37,9 +38,9 @@ int writeAll( std::string_view text ) {
    return 0;
 }
 
-// The process of the filters: from its input to standard output.
-int filterLines( std::vector< LineFilter > const & wanted, int input ) {
-   LineFilters filters( wanted );
+// Calls for each piece of the input, and for an empty one at the end. Returns an error number.
+int copyThrough( int input,
+                 std::function< void( std::string_view, std::string & ) > const & pass ) {
    auto const buffer = std::make_unique_for_overwrite< char[] >( readSize );
    std::string passed;
    for ( ;; ) {
@@ -47,16 +48,39 @@ int filterLines( std::vector< LineFilter > const & wanted, int input ) {
       if ( got < 0 && errno == EINTR ) {
          continue;
       }
-      if ( got > 0 ) {
-         filters.take( { buffer.get(), static_cast< size_t >( got ) }, passed );
-      } else {
-         filters.end( passed );
-      }
+      pass( { buffer.get(), static_cast< size_t >( got > 0 ? got : 0 ) }, passed );
       if ( int const error = writeAll( passed ); error != 0 || got <= 0 ) {
          return error;
       }
       passed.clear();
    }
+}
+
+// The processes behind the show: from their input to standard output.
+
+int filterLines( std::vector< LineFilter > const & wanted, int input ) {
+   LineFilters filters( wanted );
+   return copyThrough( input, [&]( std::string_view text, std::string & passed ) {
+      if ( text.empty() ) {
+         filters.end( passed );
+      } else {
+         filters.take( text, passed );
+      }
+   } );
+}
+
+int wrap( std::string head, std::string const & tail, int input ) {
+   bool lineBreak = false; // held back: it may be the last
+   return copyThrough( input, [&]( std::string_view text, std::string & passed ) {
+      passed = std::exchange( head, "" );
+      if ( text.empty() ) {
+         passed += tail;
+         return;
+      }
+      passed.append( lineBreak ? "\n" : "" ).append( text );
+      lineBreak = text.ends_with( '\n' );
+      passed.resize( passed.size() - ( lineBreak ? 1 : 0 ) );
+   } );
 }
 
 // While it lives, what is written to standard output goes elsewhere.
@@ -121,11 +145,9 @@ void writeInterrupted() {
    }
 }
 
-void writeFiltered( std::vector< LineFilter > const & filters,
-                    std::function< void( int fd ) > const & reply ) {
+void writeThrough( Child::Body const & body, std::function< void( int fd ) > const & reply ) {
    unsigned const interrupts = wendo::interrupt::served();
-   std::optional< Child > child( std::in_place,
-                                 [&]( int input ) { return filterLines( filters, input ); } );
+   std::optional< Child > child( std::in_place, body );
    try {
       // A show that is interrupted says so on standard output, where the filter still writes.
       FileDescriptor const nowhere( ::open( "/dev/null", O_WRONLY | O_CLOEXEC ) );
@@ -153,10 +175,12 @@ void writeOutput( OutputPath const & path, std::function< void( int fd ) > const
       pager.emplace( path.pager );
    }
    try {
-      if ( path.filters.empty() ) {
-         reply( STDOUT_FILENO );
+      if ( !path.tail.empty() ) {
+         writeThrough( [&]( int input ) { return wrap( path.head, path.tail, input ); }, reply );
+      } else if ( !path.filters.empty() ) {
+         writeThrough( [&]( int input ) { return filterLines( path.filters, input ); }, reply );
       } else {
-         writeFiltered( path.filters, reply );
+         reply( STDOUT_FILENO );
       }
    } catch ( std::system_error const & error ) {
       if ( !pager || error.code() != std::errc::broken_pipe ) {

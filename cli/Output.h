@@ -12,6 +12,8 @@ namespace tpcli {
 
 struct OutputPath {
    std::vector< LineFilter > filters;
+   std::string head;  // before the reply, and
+   std::string tail;  // after it, in place of its last line break; empty: as it is
    std::string pager; // the command for it; empty, or no terminal: none
 };
 

@@ -1,78 +1,22 @@
 #include "cli/Runner.h"
 
-#include "TrafficPolicy/platform/wendo/WendoBuffer.h"
+#include "cli/CheckCommand.h"
+#include "cli/ClearCommand.h"
 #include "cli/CommandWalk.h"
 #include "cli/Errors.h"
 #include "cli/Help.h"
-#include "cli/Output.h"
+#include "cli/RatesCommand.h"
+#include "cli/Reply.h"
+#include "cli/ShowCommand.h"
+#include "cli/StatusCommand.h"
 #include "cli/TypesCommand.h"
-#include "sources/file/CounterStore.h"
 
-#include <unistd.h>
-
-#include <functional>
 #include <new>
 #include <system_error>
 
 namespace tpcli {
 
 namespace {
-
-constexpr unsigned formatText = 1;
-constexpr unsigned formatJson = 2;
-constexpr unsigned revision = 1;
-
-using ShowPtr = Vorn::Ptr< TrafficPolicyCli::ShowTrafficPolicyBase >;
-
-ShowPtr makeShow( Command const & command, Workspace const & workspace ) {
-   State const & state = workspace.state();
-   Vorn::Ptr< TrafficPolicy::Counter const > const counters = workspace.counterStore();
-   auto const flag = [&]( Option option ) { return command.has( option ); };
-   Vorn::String const policy( command.value( Option::policy ) );
-   if ( command.row->verb == Verb::showCpu ) {
-      return TrafficPolicyCli::showTrafficPolicyCpuFactory(
-         state.config, state.status, counters, policy, flag( Option::summary ),
-         flag( Option::errors ), flag( Option::detail ), flag( Option::counters ),
-         flag( Option::perInterface ), state.vrfConfig, state.allVrfConfig, state.l3IntfStatusDir );
-   }
-   return TrafficPolicyCli::showTrafficPolicyInterfaceFactory(
-      state.config, state.status, counters, policy, flag( Option::summary ), flag( Option::errors ),
-      flag( Option::detail ), flag( Option::counters ), flag( Option::perInterface ),
-      state.intfConfig, state.policyParamStatus );
-}
-
-unsigned formatOf( Session const & session, Command const & command ) {
-   return command.json || session.options.json ? formatJson : formatText;
-}
-
-OutputPath outputPath( Session const & session, Command const & command ) {
-   if ( !command.filters.empty() && formatOf( session, command ) == formatJson ) {
-      throw UsageError( "filters of lines take text, not JSON" );
-   }
-   return { .filters = command.filters, .pager = session.options.pager };
-}
-
-void show( Session & session, Command const & command ) {
-   OutputPath const path = outputPath( session, command );
-   Workspace & workspace = session.workspace;
-   workspace.read();
-   workspace.show = makeShow( command, workspace );
-   writeOutput( path, [&]( int fd ) {
-      workspace.show->render( static_cast< unsigned >( fd ), formatOf( session, command ),
-                              revision );
-   } );
-}
-
-// Written like every other reply, so that an error of the output is noticed in the same way.
-void writeReply( Session const & session, Command const & command,
-                 std::function< void( wendo::RendererV2 & ) > const & write ) {
-   writeOutput( outputPath( session, command ), [&]( int fd ) {
-      wendo::WendoBuffer buffer( fd, wendo::WendoBuffer::viewCapacity, false );
-      wendo::RendererV2 renderer( wendo::OutputFormat_t{ formatOf( session, command ) }, buffer );
-      write( renderer );
-      buffer.flush();
-   } );
-}
 
 std::string helpFor( Command const & command, bool isLine ) {
    if ( command.arguments.empty() ) {
@@ -83,29 +27,40 @@ std::string helpFor( Command const & command, bool isLine ) {
    return describe( walk.next(), "" );
 }
 
-void clear( Workspace & workspace ) {
-   std::string const path = workspace.counterStorePath();
-   if ( path.empty() ) {
-      throw UsageError( "a clear of a state from standard input needs --counter-store" );
+void show( Session & session, Command const & command ) {
+   if ( command.has( Option::rates ) ) {
+      showRates( session, command );
+   } else {
+      showPolicies( session, command );
    }
-   workspace.readSource();
-   CounterStoreLock const lock( path );
-   auto const & status = workspace.state().status;
-   auto const store = readCounterStore( path, *status );
-   TrafficPolicyCli::trafficPolicyCounterFactory( status, store )->clearCounter();
-   writeCounterStore( path, *store );
 }
 
-void run( Session & session, CommandText const & text, bool isLine ) {
+Status status( Session & session, Command const & command ) {
+   session.workspace.readSource();
+   State const & state = session.workspace.state();
+   writeReply( session, command, [&]( auto & renderer ) { writeStatus( renderer, state ); } );
+   return anyFailed( state ) ? Status::alarm : Status::done;
+}
+
+Status run( Session & session, CommandText const & text, bool isLine ) {
    Command const command = parseCommand( text, isLine );
    switch ( command.row->verb ) {
    case Verb::showCpu:
    case Verb::showInterface:
       show( session, command );
       break;
-   case Verb::clear:
-      clear( session.workspace );
+   case Verb::lastClear:
+      session.workspace.read();
+      writeReply( session, command,
+                  [&]( auto & renderer ) { writeLastClear( renderer, session.workspace ); } );
       break;
+   case Verb::clear:
+      clearCounters( session, command );
+      break;
+   case Verb::check:
+      return check( session, command );
+   case Verb::status:
+      return status( session, command );
    case Verb::types:
       writeReply( session, command,
                   [&]( auto & renderer ) { listTypes( renderer, command.argument() ); } );
@@ -119,14 +74,16 @@ void run( Session & session, CommandText const & text, bool isLine ) {
       session.leaving = true;
       break;
    }
+   return Status::done;
 }
 
 } // namespace
 
 Status runCommand( Session & session, CommandText const & text, bool isLine ) {
    unsigned const interrupts = wendo::interrupt::served();
+   Status status = Status::done;
    try {
-      run( session, text, isLine );
+      status = run( session, text, isLine );
    } catch ( wendo::SigIntException const & ) {
       return Status::interrupted;
    } catch ( UsageError const & error ) {
@@ -145,7 +102,7 @@ Status runCommand( Session & session, CommandText const & text, bool isLine ) {
       session.report.outOfMemory();
       return Status::failed;
    }
-   return wendo::interrupt::served() == interrupts ? Status::done : Status::interrupted;
+   return wendo::interrupt::served() == interrupts ? status : Status::interrupted;
 }
 
 } // namespace tpcli

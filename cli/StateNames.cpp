@@ -78,6 +78,15 @@ void forEachName( State const & state, Argument kind, std::string_view policy,
    case Argument::policy:
       visitPolicies( state, visit );
       break;
+   case Argument::rule:
+      visitRules( state, policy, visit );
+      break;
+   case Argument::interface:
+      visitInterfaces( state, visit );
+      break;
+   case Argument::vrf:
+      visitVrfs( state, visit );
+      break;
    // A text may be any name that lines have.
    case Argument::text:
       visitPolicies( state, visit );
@@ -89,6 +98,12 @@ void forEachName( State const & state, Argument kind, std::string_view policy,
    default:
       break;
    }
+}
+
+bool hasName( State const & state, Argument kind, std::string_view name ) {
+   bool found = false;
+   forEachName( state, kind, "", [&]( std::string_view one ) { found |= one == name; } );
+   return found;
 }
 
 } // namespace tpcli

@@ -17,4 +17,6 @@ using NameVisitor = std::function< void( std::string_view name ) >;
 void forEachName( State const & state, Argument kind, std::string_view policy,
                   NameVisitor const & visit );
 
+bool hasName( State const & state, Argument kind, std::string_view name );
+
 } // namespace tpcli

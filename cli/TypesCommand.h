@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "TrafficPolicy/views/RendererV2.h"
+#include "cli/Reply.h"
 
 #include <string_view>
 

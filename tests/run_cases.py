@@ -3,7 +3,7 @@
 
 A case is a folder with the states and expected.txt: lines that begin with "$ ", each followed by what
 the program then writes. They run in a copy of the folder, the state being state.json. Such a line is
-   tpcli ARGUMENT... [< FILE]   where it fails, its status and standard error follow
+   tpcli ARGUMENT... [< FILE]   its status where it is not 0, and standard error follow
    trace LEVELS COMMAND...      what it traces follows: level, text, and which view or count says it
    cp FROM TO
    state BYTES, store BYTES     a file that clear and show must refuse, as in a Python bytes literal;
@@ -57,7 +57,8 @@ def reply(program, line, folder):
         return re.sub(rb"(?m)^\w+ (\d+) (?:(?!render|get)\w+: )?", rb"\1 ",
                       run(program, shlex.split("--trace " + rest), folder).stderr)
     done = run(program, shlex.split(rest), folder)
-    return done.stdout + (b"[%d] %s" % (done.returncode, done.stderr) if done.returncode else b"")
+    status = b"[%d] " % done.returncode if done.returncode else b""
+    return done.stdout + status + (done.stderr or (status and b"\n"))
 
 
 def main(program, cases, *options):

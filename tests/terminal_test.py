@@ -137,7 +137,7 @@ class Terminal(unittest.TestCase):
             ("sh tr cpu pol 'what?'\n", "'what?'", "tpcli> "))
         # The completion sees what changed in the meantime.
         self.state.write_text(self.state.read_text().replace("customer-in", "kunden-ein"))
-        os.write(self.terminal, ("sh tr c pol ku" + TAB).encode())
+        os.write(self.terminal, ("sh tr cpu pol ku" + TAB).encode())
         self.await_text("kunden-ein ")
 
     @unittest.skipUnless(EDITED, "built without line editing")
