@@ -2,16 +2,19 @@
 //
 // Entries stand in one array in the order in which they came; an open-addressing index of positions
 // stands behind them in the same block of memory, once there are more than a few. So iteration is
-// in insertion order, on every run and word size; an empty collection is one null word; a small one
-// is searched in place; and neighbours in one collection are neighbours in memory.
+// in insertion order, on every run and word size, a small collection is searched without hashing,
+// and neighbours in one collection are neighbours in memory. A single entry has no block: it stands
+// in the collection itself, in place of the block's address, as most collections of a rule have
+// one.
 //
 // An index slot holds a position and, in the bits that the position leaves free, a part of the
 // hash, so that a search rarely touches an entry that is not the one.
 //
 // Iterators are checked: an ended one, one that is older than the last deletion, and, where an
 // entry is erased by it, one of another table fails the assertion "iter_". Insertion keeps
-// iterators (unless it also gives back the room of deleted entries), but not references to entries.
-// A key or value that is inserted may refer into the table itself.
+// iterators (unless it also gives back the room of deleted entries), but not references to entries:
+// those last until the table changes or moves. A key or value that is inserted may refer into the
+// table itself.
 
 #pragma once
 
@@ -20,9 +23,11 @@
 #include "TrafficPolicy/platform/vorn/Pool.h"
 #include "TrafficPolicy/platform/vorn/Prefetch.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
 #include <memory>
 #include <new>
@@ -71,28 +76,27 @@ public:
          uint32_t at = 0;
          uint32_t generation = 0;
          explicit operator bool() const {
-            return table && table->block_ && generation == table->block_->generation
-                   && at < table->block_->used;
+            return table && generation == table->generation() && at < table->used();
          }
       };
-      bool atEnd() const {
-         return !iter_.table || !iter_.table->block_ || iter_.at >= iter_.table->block_->used;
-      }
+      bool atEnd() const { return !iter_.table || iter_.at >= iter_.table->used(); }
       Position iter_;
    };
 
    HashTable() noexcept = default;
    HashTable( HashTable const & ) = delete;
-   HashTable( HashTable && other ) noexcept
-      : block_( std::exchange( other.block_, nullptr ) ) {}
+   HashTable( HashTable && other ) noexcept { take( other ); }
    HashTable & operator=( HashTable const & ) = delete;
    HashTable & operator=( HashTable && other ) noexcept {
-      std::swap( block_, other.block_ );
+      if ( this != &other ) {
+         destroy();
+         take( other );
+      }
       return *this;
    }
    ~HashTable() { destroy(); }
 
-   size_t size() const { return block_ ? block_->live : 0; }
+   size_t size() const { return inBlock() ? block()->live : used(); }
    bool empty() const { return size() == 0; }
    explicit operator bool() const { return !empty(); }
 
@@ -102,8 +106,8 @@ public:
       return entry( liveFrom( 0 ) );
    }
 
-   Iterator begin() const { return iterator( block_ ? liveFrom( 0 ) : 0 ); }
-   Iterator end() const { return iterator( block_ ? block_->used : 0 ); }
+   Iterator begin() const { return iterator( liveFrom( 0 ) ); }
+   Iterator end() const { return iterator( used() ); }
 
    // An iterator at the entry, or end().
    template< typename Lookup >
@@ -118,7 +122,7 @@ public:
 
    // Makes room for this many entries in all.
    void reserve( size_t entries ) {
-      if ( entries > ( block_ ? block_->capacity : 0 ) ) {
+      if ( entries > capacity() ) {
          regrow( static_cast< uint32_t >( entries ) );
       }
    }
@@ -139,21 +143,22 @@ public:
    }
 
    void clear() {
-      if ( block_ ) {
-         uint32_t const generation = block_->generation;
-         destroy();
-         block_ = newBlock( 1 );
-         block_->generation = generation + 1;
-      }
+      uint32_t const next = generation() + 1;
+      destroy();
+      state_ = next << generationShift;
    }
 
-   // Prefetches the entries.
-   void prefetch() const { Vorn::prefetch( block_ ); }
+   // Prefetches the entries, where they have a block.
+   void prefetch() const {
+      if ( inBlock() ) {
+         Vorn::prefetch( block() );
+      }
+   }
    // Prefetches the place where a search for the key begins.
    template< typename Lookup >
    void prefetch( Lookup const & key ) const {
-      if ( block_ && block_->slots ) {
-         Vorn::prefetch( index( block_ ) + ( hashOf( key ) & ( block_->slots - 1 ) ) );
+      if ( inBlock() && block()->slots ) {
+         Vorn::prefetch( index( block() ) + ( hashOf( key ) & ( block()->slots - 1 ) ) );
       }
    }
 
@@ -163,24 +168,26 @@ protected:
    // The position of the key's entry, or none.
    template< typename Lookup >
    uint32_t position( Lookup const & key ) const {
-      if ( !block_ ) {
-         return none;
+      if ( !inBlock() ) {
+         return used() && KeyOf()( *one() ) == key ? 0 : none;
       }
-      if ( block_->slots == 0 ) {
-         for ( uint32_t at = 0; at < block_->used; ++at ) {
-            if ( KeyOf()( entry( at ) ) == key ) {
+      Block * const block = this->block();
+      Entry const * const all = entries( block );
+      if ( block->slots == 0 ) {
+         for ( uint32_t at = 0; at < block->used; ++at ) {
+            if ( KeyOf()( all[at] ) == key ) {
                return at;
             }
          }
          return none;
       }
-      uint32_t const mask = block_->slots - 1;
+      uint32_t const mask = block->slots - 1;
       uint32_t const hash = hashOf( key );
-      uint32_t const * slots = index( block_ );
+      uint32_t const * slots = index( block );
       for ( uint32_t slot = hash & mask; slots[slot] != free; slot = ( slot + 1 ) & mask ) {
          uint32_t const at = slots[slot] & mask;
          if ( ( ( slots[slot] ^ hash ) & ~mask ) == 0 && isLive( at )
-              && KeyOf()( entry( at ) ) == key ) {
+              && KeyOf()( all[at] ) == key ) {
             return at;
          }
       }
@@ -190,31 +197,26 @@ protected:
    // Appends an entry whose key is not in the table.
    template< typename... Arguments >
    Entry & append( Arguments &&... arguments ) {
-      if ( block_ && block_->used < block_->capacity ) [[likely]] {
+      if ( used() < capacity() ) [[likely]] {
          return construct( std::forward< Arguments >( arguments )... );
       }
-      // Made before the growth: an argument may refer into the block that is given back then.
+      // Made before the growth: an argument may refer into the memory that is given back then.
       Entry entry{ std::forward< Arguments >( arguments )... };
-      regrow( block_ && block_->live >= block_->capacity / 2 ? block_->capacity * 2
-              : block_                                       ? block_->capacity
-                                                             : 1 );
+      regrow( size() >= capacity() / 2 ? capacity() * 2 : capacity() );
       return construct( std::move( entry ) );
    }
 
-   Entry const & entry( uint32_t at ) const { return entries( block_ )[at]; }
+   Entry const & entry( uint32_t at ) const { return first()[at]; }
    // All entries, deleted ones included, as an array that the next change of the table invalidates.
-   std::span< Entry const > slots() const {
-      return block_ ? std::span< Entry const >( entries( block_ ), block_->used )
-                    : std::span< Entry const >();
-   }
+   std::span< Entry const > slots() const { return { first(), used() }; }
    bool isLive( uint32_t at ) const {
-      return block_->live == block_->used || !block_->slots
-             || !( deadBits( block_ )[at / 32] >> ( at % 32 ) & 1 );
+      return !inBlock() || block()->live == block()->used || !block()->slots
+             || !( deadBits( block() )[at / 32] >> ( at % 32 ) & 1 );
    }
-   Entry & entry( uint32_t at ) { return entries( block_ )[at]; }
+   Entry & entry( uint32_t at ) { return first()[at]; }
    Iterator iterator( uint32_t at ) const {
       Iterator result;
-      result.iter_ = { this, at, block_ ? block_->generation : 0 };
+      result.iter_ = { this, at, generation() };
       return result;
    }
 
@@ -226,10 +228,36 @@ private:
       uint32_t live;
       uint32_t generation; // counts deletions
    };
+   // What state_ says: that there is a block, else that the one entry is there, and behind these
+   // bits the generation.
+   static constexpr uint32_t blockBit = 1;
+   static constexpr uint32_t oneBit = 2;
+   static constexpr uint32_t generationShift = 2;
+
    static constexpr uint32_t searched = 8;
    static constexpr uint32_t free = ~uint32_t{ 0 };
    static constexpr size_t entriesAt =
       ( sizeof( Block ) + alignof( Entry ) - 1 ) / alignof( Entry ) * alignof( Entry );
+
+   bool inBlock() const { return state_ & blockBit; }
+   Block * block() const {
+      Block * address = nullptr;
+      std::memcpy( &address, memory_, sizeof address );
+      return address;
+   }
+   void blockIs( Block * address ) {
+      std::memcpy( memory_, &address, sizeof address );
+      state_ = blockBit;
+   }
+   Entry * one() const {
+      return std::launder( reinterpret_cast< Entry * >( const_cast< char * >( memory_ ) ) );
+   }
+   Entry * first() const { return inBlock() ? entries( block() ) : one(); }
+   uint32_t used() const { return inBlock() ? block()->used : ( state_ & oneBit ) != 0; }
+   uint32_t capacity() const { return inBlock() ? block()->capacity : 1; }
+   uint32_t generation() const {
+      return inBlock() ? block()->generation : state_ >> generationShift;
+   }
 
    static Entry * entries( Block * block ) {
       return reinterpret_cast< Entry * >( reinterpret_cast< char * >( block ) + entriesAt );
@@ -279,66 +307,93 @@ private:
    // Constructs an entry behind the last one, where there is room for it.
    template< typename... Arguments >
    Entry & construct( Arguments &&... arguments ) {
-      Entry * const place = entries( block_ ) + block_->used;
-      ::new ( static_cast< void * >( place ) ) Entry{ std::forward< Arguments >( arguments )... };
-      if ( block_->slots ) {
-         enter( block_, hashOf( KeyOf()( *place ) ), block_->used );
+      if ( !inBlock() ) {
+         ::new ( static_cast< void * >( memory_ ) )
+            Entry{ std::forward< Arguments >( arguments )... };
+         state_ |= oneBit;
+         return *one();
       }
-      ++block_->used;
-      ++block_->live;
+      Block * const block = this->block();
+      Entry * const place = entries( block ) + block->used;
+      ::new ( static_cast< void * >( place ) ) Entry{ std::forward< Arguments >( arguments )... };
+      if ( block->slots ) {
+         enter( block, hashOf( KeyOf()( *place ) ), block->used );
+      }
+      ++block->used;
+      ++block->live;
       return *place;
    }
 
    uint32_t liveFrom( uint32_t at ) const {
-      while ( at < block_->used && !isLive( at ) ) {
-         ++at;
+      if ( inBlock() ) {
+         while ( at < block()->used && !isLive( at ) ) {
+            ++at;
+         }
       }
       return at;
    }
 
    // Moves the live entries to a block of at least this capacity.
    void regrow( uint32_t capacity ) {
-      Block * grown = newBlock( capacity );
-      if ( block_ ) {
-         grown->generation = block_->generation + ( block_->live != block_->used );
-         for ( uint32_t at = liveFrom( 0 ); at < block_->used; at = liveFrom( at + 1 ) ) {
-            Entry & old = entry( at );
-            if ( grown->slots ) {
-               enter( grown, hashOf( KeyOf()( old ) ), grown->used );
-            }
-            ::new ( static_cast< void * >( entries( grown ) + grown->used++ ) )
-               Entry( std::move( old ) );
+      Block * const grown = newBlock( capacity );
+      grown->generation = generation() + ( size() != used() );
+      for ( uint32_t at = liveFrom( 0 ); at < used(); at = liveFrom( at + 1 ) ) {
+         Entry & old = entry( at );
+         if ( grown->slots ) {
+            enter( grown, hashOf( KeyOf()( old ) ), grown->used );
          }
-         grown->live = grown->used;
-         destroy();
+         ::new ( static_cast< void * >( entries( grown ) + grown->used++ ) )
+            Entry( std::move( old ) );
       }
-      block_ = grown;
+      grown->live = grown->used;
+      destroy();
+      blockIs( grown );
    }
 
    void eraseAt( uint32_t at ) {
-      ++block_->generation;
-      if ( block_->slots ) {
+      if ( !inBlock() ) {
+         one()->~Entry();
+         state_ = ( generation() + 1 ) << generationShift;
+         return;
+      }
+      Block * const block = this->block();
+      ++block->generation;
+      if ( block->slots ) {
          entry( at ).~Entry();
-         deadBits( block_ )[at / 32] |= 1u << ( at % 32 );
+         deadBits( block )[at / 32] |= 1u << ( at % 32 );
       } else {
-         std::move( entries( block_ ) + at + 1, entries( block_ ) + block_->used,
-                    entries( block_ ) + at );
-         entry( --block_->used ).~Entry();
+         std::move( entries( block ) + at + 1, entries( block ) + block->used,
+                    entries( block ) + at );
+         entries( block )[--block->used].~Entry();
       }
-      --block_->live;
+      --block->live;
    }
 
+   // Leaves the table empty, without a block and in generation 0.
    void destroy() noexcept {
-      if ( block_ ) {
-         for ( uint32_t at = liveFrom( 0 ); at < block_->used; at = liveFrom( at + 1 ) ) {
-            entry( at ).~Entry();
-         }
-         Pool::release( block_, blockSize( block_->capacity ) );
-         block_ = nullptr;
+      for ( uint32_t at = liveFrom( 0 ); at < used(); at = liveFrom( at + 1 ) ) {
+         entry( at ).~Entry();
+      }
+      if ( inBlock() ) {
+         Pool::release( block(), blockSize( block()->capacity ) );
+      }
+      state_ = 0;
+   }
+
+   // Takes over what the other table holds. This one is empty.
+   void take( HashTable & other ) noexcept {
+      if ( other.inBlock() ) {
+         blockIs( other.block() );
+         other.state_ = 0;
+      } else if ( other.used() ) {
+         construct( std::move( *other.one() ) );
+         other.destroy();
       }
    }
 
-   Block * block_ = nullptr;
+   // Bytes rather than a union, so that a block's address needs no more than the entry's alignment.
+   alignas( Entry ) char memory_[std::max( sizeof( Entry ), sizeof( void * ) )];
+   uint32_t state_ = 0;
 };
 
 } // namespace Vorn
