@@ -16,7 +16,7 @@ constexpr PlainText heading( "Actions: " );
 
 // For a policy without a committed configuration, which has no rules either.
 PolicyMap::ClassActions const & classActions( PolicyState const & policyState ) {
-   static PolicyMap::ClassActions const none{};
+   static PolicyMap::ClassActions const none;
    auto const & config = policyState.policyMapConfig();
    return config && config->currCfg() ? config->currCfg()->classAction() : none;
 }

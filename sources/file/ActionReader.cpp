@@ -1,6 +1,6 @@
 // A rule's actions.
 
-#include "sources/SharedNames.h"
+#include "sources/SharedActions.h"
 #include "sources/file/StateReader.h"
 #include "sources/file/ValueReaders.h"
 
@@ -26,26 +26,25 @@ Vorn::Ptr< Action const > readPolice( JsonValue & value ) {
 
 } // namespace
 
-Vorn::Ptr< PolicyMap::ClassAction const > readActions( JsonValue & value, RecentNames & counters ) {
+Vorn::Ptr< PolicyMap::ClassAction const > readActions( JsonValue & value, SharedActions & shared ) {
    auto const actions = Vorn::create< PolicyMap::ClassAction >();
    auto const add = [&]( ActionType type, Vorn::Ptr< Action const > const & action ) {
       actions->policyActionIs( type, action );
    };
    auto const flag = [&]( ActionType type ) {
-      return [&add, type]( JsonValue & v ) {
+      return [&add, &shared, type]( JsonValue & v ) {
          if ( v.boolean() ) {
-            add( type, Vorn::create< Action >( type ) );
+            add( type, shared.plain( type ) );
          }
       };
    };
    auto const count = [&]( JsonValue & v ) {
       if ( v.isBoolean() ) {
          if ( v.boolean() ) {
-            add( ActionType::count, Vorn::create< PolicyMap::CountAction >( Vorn::String() ) );
+            add( ActionType::count, shared.count( {} ) );
          }
       } else {
-         Vorn::String const counter = counters.get( v.name( "a counter name" ) );
-         add( ActionType::count, Vorn::create< PolicyMap::CountAction >( counter ) );
+         add( ActionType::count, shared.count( v.name( "a counter name" ) ) );
       }
    };
    auto const setDscp = [&]( JsonValue & v ) {

@@ -2,6 +2,7 @@
 
 #include "TrafficPolicy/platform/vorn/Prefetch.h"
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
+#include "sources/SharedActions.h"
 #include "sources/SharedNames.h"
 #include "sources/file/StateReader.h"
 #include "sources/file/ValueReaders.h"
@@ -42,14 +43,14 @@ Vorn::Ptr< ClassMapSubConfig const > readMatch( JsonValue & value ) {
    return config;
 }
 
-Rule readRule( JsonValue & value, RecentNames & counters ) {
+Rule readRule( JsonValue & value, SharedActions & shared ) {
    Rule rule;
    auto const name = [&]( JsonValue & v ) { rule.name = v.name( "a rule name" ); };
    auto const number = [&]( JsonValue & v ) {
       rule.sequence = static_cast< uint32_t >( v.number( "a sequence number", ~uint32_t{ 0 } ) );
    };
    auto const match = [&]( JsonValue & v ) { rule.match = readMatch( v ); };
-   auto const actions = [&]( JsonValue & v ) { rule.actions = readActions( v, counters ); };
+   auto const actions = [&]( JsonValue & v ) { rule.actions = readActions( v, shared ); };
    value.object( required( "name", name ), optional( "sequence", number ),
                  optional( "match", match ), optional( "actions", actions ) );
    return rule;
@@ -102,14 +103,14 @@ void enterRules( JsonValue & list, std::vector< Rule > const & rules,
 }
 
 void readRules( JsonValue & value, PolicyMapSubConfig & config ) {
-   RecentNames counters;
+   SharedActions shared;
    std::vector< Rule > rules;
    value.list( [&]( JsonValue v ) {
       wendo::interrupt::check();
       if ( rules.size() == Vorn::rulesMax ) {
          v.fail( "a policy has at most " + std::to_string( Vorn::rulesMax ) + " rules" );
       }
-      rules.push_back( readRule( v, counters ) );
+      rules.push_back( readRule( v, shared ) );
       if ( !rules.back().sequence ) {
          rules.back().sequence = static_cast< uint32_t >( rules.size() * 10 );
       }

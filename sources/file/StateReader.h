@@ -11,9 +11,9 @@ namespace tpcli {
 Vorn::Ptr< Classification::StructuredFilter const >
 readFilter( JsonValue & value, PolicyMap::ClassMapMatchOption family );
 
-class RecentNames;
-// A rule's actions. Counter names repeat, so they are shared.
-Vorn::Ptr< PolicyMap::ClassAction const > readActions( JsonValue & value, RecentNames & counters );
+class SharedActions;
+// A rule's actions. Rules share those that are equal.
+Vorn::Ptr< PolicyMap::ClassAction const > readActions( JsonValue & value, SharedActions & shared );
 
 void readConfig( JsonValue & value, State & state );
 void readStatus( JsonValue & value, State & state );

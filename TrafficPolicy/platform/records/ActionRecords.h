@@ -47,7 +47,8 @@ inline wendo::PlainText const & rateUnitText( RateUnit unit ) {
    return rateUnits[unit];
 }
 
-// Types without a value (drop, log) have a record of this class itself.
+// Types without a value (drop, log) have a record of this class itself. Records do not change, so
+// rules may share them.
 class Action : public Vorn::PtrInterface {
    VORN_RECORD( Action )
 
@@ -100,7 +101,8 @@ class SetDscpAction : public Action {
 class ClassAction : public Vorn::PtrInterface {
    VORN_RECORD( ClassAction )
 
-   using PolicyActions = Vorn::SortedArray< ActionType, Vorn::Ptr< Action const > >;
+   // Most rules have one action and a count.
+   using PolicyActions = Vorn::SortedArray< ActionType, Vorn::Ptr< Action const >, 2 >;
 
    // By ascending type.
    PolicyActions const & policyAction() const { return policyAction_; }
@@ -115,12 +117,8 @@ class ClassAction : public Vorn::PtrInterface {
    // Room for this many actions, for whoever fills the record.
    void policyActionReserve( size_t actions ) { policyAction_.reserve( actions ); }
 
-   static constexpr unsigned prefetchSteps = 2;
-   void prefetch( unsigned step ) const {
-      if ( step == 1 ) {
-         policyAction_.prefetch();
-         return;
-      }
+   static constexpr unsigned prefetchSteps = 1;
+   void prefetch( unsigned ) const {
       for ( auto const & [type, action] : policyAction_ ) {
          Vorn::prefetch( action.get() );
       }

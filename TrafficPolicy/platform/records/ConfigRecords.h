@@ -16,12 +16,8 @@ class ClassMapSubConfig : public Vorn::PtrInterface {
 
    VORN_HASHED_MAP( ClassMapMatchOption, Vorn::Ptr< ClassMapMatch const >, match )
 
-   static constexpr unsigned prefetchSteps = 2;
-   void prefetch( unsigned step ) const {
-      if ( step == 1 ) {
-         match_.prefetch();
-         return;
-      }
+   static constexpr unsigned prefetchSteps = 1;
+   void prefetch( unsigned ) const {
       for ( auto const & [option, condition] : match_ ) {
          Vorn::prefetch( condition.get() );
       }

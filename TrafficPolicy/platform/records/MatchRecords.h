@@ -7,7 +7,7 @@
 #include "TrafficPolicy/platform/records/MatchOption.h"
 #include "TrafficPolicy/platform/records/Ranges.h"
 #include "TrafficPolicy/platform/values/IpGenPrefix.h"
-#include "TrafficPolicy/platform/vorn/Attribute.h"
+#include "TrafficPolicy/platform/vorn/Rare.h"
 
 namespace Classification {
 
@@ -37,16 +37,26 @@ class TypeAndCode : public Vorn::PtrInterface {
    VORN_SET( IcmpCodeRange, icmpCode ) // empty: all codes of the type
 };
 
+// The layer-4 conditions that few protocols of a rule have.
+class RareProtoConditions {
+   VORN_PART( RareProtoConditions )
+
+   VORN_SET( Vorn::String, sportFieldSet )
+   VORN_SET( Vorn::String, dportFieldSet )
+   VORN_HASHED_MAP( IcmpTypeRange, Vorn::Ptr< TypeAndCode const >, icmp )
+};
+
 // The layer-4 conditions of one protocol range.
 class ProtoField : public Vorn::PtrInterface {
    VORN_RECORD( ProtoField )
 
    VORN_SET( PortRange, sport )
-   VORN_SET( Vorn::String, sportFieldSet )
    VORN_SET( PortRange, dport )
-   VORN_SET( Vorn::String, dportFieldSet )
    VORN_SCALAR( TcpFlagAndMask, tcpFlags )
-   VORN_HASHED_MAP( IcmpTypeRange, Vorn::Ptr< TypeAndCode const >, icmp )
+   VORN_RARE( RareProtoConditions )
+   VORN_RARE_SET( Vorn::String, sportFieldSet )
+   VORN_RARE_SET( Vorn::String, dportFieldSet )
+   VORN_RARE_HASHED_MAP( IcmpTypeRange, Vorn::Ptr< TypeAndCode const >, icmp )
 };
 
 enum class FragmentType : uint8_t { all = 0, other = 1, offset = 2 };
@@ -86,15 +96,12 @@ constexpr wendo::PlainText nameOf( RoutingProtocol protocol ) {
 
 inline constexpr Names::EnumNames< RoutingProtocol, 2 > routingProtocols( nameOf );
 
-// A prefix list never stands beside the prefix field-sets of the same side.
-class StructuredFilter : public Vorn::PtrInterface {
-   VORN_RECORD( StructuredFilter )
+// The conditions that few rules have.
+class RareConditions {
+   VORN_PART( RareConditions )
 
-   VORN_SET( Pelx::IpGenPrefix, sources )
    VORN_SET( Vorn::String, srcPrefixSets )
-   VORN_SET( Pelx::IpGenPrefix, destinations )
    VORN_SET( Vorn::String, dstPrefixSets )
-   VORN_HASHED_MAP( ProtocolRange, Vorn::Ptr< ProtoField const >, protocols )
    VORN_SET( PacketLengthRange, length )
    VORN_SCALAR( Vorn::Ptr< Fragment const >, fragment )
    VORN_SET( DscpRange, dscp )
@@ -102,6 +109,25 @@ class StructuredFilter : public Vorn::PtrInterface {
    VORN_SCALAR( RoutingProtocol, neighborProtocol )
    VORN_SCALAR( RoutingProtocol, matchL4Protocol )
    VORN_SCALAR( bool, matchIpOptions )
+};
+
+// A prefix list is never used together with the prefix field-sets of the same side.
+class StructuredFilter : public Vorn::PtrInterface {
+   VORN_RECORD( StructuredFilter )
+
+   VORN_HASHED_MAP( ProtocolRange, Vorn::Ptr< ProtoField const >, protocols )
+   VORN_SET( Pelx::IpGenPrefix, sources )
+   VORN_SET( Pelx::IpGenPrefix, destinations )
+   VORN_RARE( RareConditions )
+   VORN_RARE_SET( Vorn::String, srcPrefixSets )
+   VORN_RARE_SET( Vorn::String, dstPrefixSets )
+   VORN_RARE_SET( PacketLengthRange, length )
+   VORN_RARE_SCALAR( Vorn::Ptr< Fragment const >, fragment )
+   VORN_RARE_SET( DscpRange, dscp )
+   VORN_RARE_SET( TtlRange, ttl )
+   VORN_RARE_SCALAR( RoutingProtocol, neighborProtocol )
+   VORN_RARE_SCALAR( RoutingProtocol, matchL4Protocol )
+   VORN_RARE_SCALAR( bool, matchIpOptions )
 };
 
 } // namespace Classification

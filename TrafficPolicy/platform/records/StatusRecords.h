@@ -48,10 +48,7 @@ class ClassMapStatus : public Vorn::PtrInterface {
    VORN_SCALAR( uint64_t, packetCount ) // packets since the id was issued
 
    static constexpr unsigned prefetchSteps = 1;
-   void prefetch( unsigned ) const {
-      match_.prefetch();
-      Vorn::prefetch( name_.data() );
-   }
+   void prefetch( unsigned ) const { Vorn::prefetch( name_.data() ); }
 };
 
 using ClassStatuses = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassMapStatus const > >;

@@ -392,7 +392,7 @@ private:
    }
 
    // Bytes rather than a union, so that a block's address needs no more than the entry's alignment.
-   alignas( Entry ) char memory_[std::max( sizeof( Entry ), sizeof( void * ) )];
+   alignas( Entry ) char memory_[std::max( sizeof( Entry ), sizeof( void * ) )] = {};
    uint32_t state_ = 0;
 };
 

@@ -6,17 +6,20 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/vorn/InlineVector.h"
 #include "TrafficPolicy/platform/vorn/Pool.h"
-#include "TrafficPolicy/platform/vorn/Prefetch.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 namespace Vorn {
 
-template< typename Key, typename Value >
+// inPlace entries are held in the collection itself.
+template< typename Key, typename Value, uint32_t inPlace = 0 >
 class SortedArray {
 public:
    using KeyType = Key;
@@ -33,8 +36,6 @@ public:
    auto begin() const { return entries_.begin(); }
    auto end() const { return entries_.end(); }
 
-   // Prefetches the entries.
-   void prefetch() const { Vorn::prefetch( entries_.data() ); }
    void reserve( size_t entries ) { entries_.reserve( entries ); }
 
    // The key's value, or null.
@@ -73,7 +74,15 @@ private:
                                []( Entry const & a, Key const & b ) { return a.key < b; } );
    }
 
-   std::vector< Entry, Pool::Allocator< Entry > > entries_;
+   template< uint32_t some >
+   static auto storage() {
+      if constexpr ( some == 0 ) {
+         return std::type_identity< std::vector< Entry, Pool::Allocator< Entry > > >();
+      } else {
+         return std::type_identity< InlineVector< Entry, some > >();
+      }
+   }
+   typename decltype( storage< inPlace >() )::type entries_;
 };
 
 } // namespace Vorn

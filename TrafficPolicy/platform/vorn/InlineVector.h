@@ -1,0 +1,94 @@
+// A vector that holds its first few elements in itself.
+
+#pragma once
+
+#include "TrafficPolicy/platform/vorn/Pool.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <utility>
+
+namespace Vorn {
+
+// As std::vector, for as much as is here. Elements move without throwing. References and iterators
+// last until the vector changes or moves.
+template< typename T, uint32_t inPlace >
+class InlineVector {
+   static_assert( inPlace > 0 );
+
+public:
+   InlineVector() = default;
+   InlineVector( InlineVector const & ) = delete;
+   InlineVector & operator=( InlineVector const & ) = delete;
+   ~InlineVector() {
+      clear();
+      release();
+   }
+
+   size_t size() const { return size_; }
+   bool empty() const { return size_ == 0; }
+   T const * begin() const { return first(); }
+   T const * end() const { return first() + size_; }
+   T * begin() { return first(); }
+   T * end() { return first() + size_; }
+   T const * cbegin() const { return begin(); }
+   T const & back() const { return end()[-1]; }
+
+   void push_back( T element ) {
+      if ( size_ == capacity_ ) {
+         reserve( size_t{ capacity_ } * 2 );
+      }
+      ::new ( static_cast< void * >( end() ) ) T( std::move( element ) );
+      ++size_;
+   }
+   void insert( T const * where, T element ) {
+      auto const at = where - begin();
+      push_back( std::move( element ) );
+      std::rotate( begin() + at, end() - 1, end() );
+   }
+   void erase( T const * where ) {
+      T * const at = begin() + ( where - begin() );
+      std::move( at + 1, end(), at );
+      ( --size_, end() )->~T();
+   }
+   void clear() {
+      std::destroy( begin(), end() );
+      size_ = 0;
+   }
+   void reserve( size_t elements ) {
+      if ( elements <= capacity_ ) {
+         return;
+      }
+      T * const grown = static_cast< T * >( Pool::allocate( elements * sizeof( T ) ) );
+      std::uninitialized_move( begin(), end(), grown );
+      std::destroy( begin(), end() );
+      release();
+      std::memcpy( memory_, &grown, sizeof grown );
+      capacity_ = static_cast< uint32_t >( elements );
+   }
+
+private:
+   T * first() const {
+      if ( capacity_ == inPlace ) {
+         return std::launder( reinterpret_cast< T * >( const_cast< char * >( memory_ ) ) );
+      }
+      T * elements = nullptr;
+      std::memcpy( &elements, memory_, sizeof elements );
+      return elements;
+   }
+   void release() {
+      if ( capacity_ != inPlace ) {
+         Pool::release( first(), capacity_ * sizeof( T ) );
+      }
+   }
+
+   alignas( T ) char memory_[std::max( inPlace * sizeof( T ), sizeof( T * ) )];
+   uint32_t size_ = 0;
+   uint32_t capacity_ = inPlace;
+};
+
+} // namespace Vorn

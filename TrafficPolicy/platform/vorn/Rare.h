@@ -1,0 +1,119 @@
+// Members that few objects of a class use: held apart, so that the others have no room for them.
+//
+//    class Lamp : public Vorn::PtrInterface {
+//       VORN_RECORD( Lamp )
+//       VORN_SCALAR( bool, lit )
+//       VORN_RARE( Shades )                        // a class with VORN_PART( Shades ) and
+//       attributes VORN_RARE_SET( Vorn::String, colours )     // one of them, reached as if it were
+//       Lamp's own
+//    };
+
+#pragma once
+
+#include "TrafficPolicy/platform/vorn/Attribute.h"
+#include "TrafficPolicy/platform/vorn/Pool.h"
+
+#include <new>
+
+namespace Vorn {
+
+// Owns a part that is made when it is first changed. Until then it reads as an empty one.
+template< typename Part >
+class Rare {
+public:
+   Rare() = default;
+   Rare( Rare const & ) = delete;
+   Rare & operator=( Rare const & ) = delete;
+   ~Rare() {
+      if ( part_ ) {
+         part_->~Part();
+         Pool::release( part_, sizeof( Part ) );
+      }
+   }
+
+   Part const * operator->() const { return part_ ? part_ : &empty(); }
+   // The part, made if there is none. Throws std::bad_alloc.
+   Part & use() {
+      if ( !part_ ) {
+         static_assert( alignof( Part ) <= Pool::alignment );
+         part_ = ::new ( Pool::allocate( sizeof( Part ) ) ) Part();
+      }
+      return *part_;
+   }
+
+private:
+   static Part const & empty() {
+      static Part const part;
+      return part;
+   }
+
+   Part * part_ = nullptr;
+};
+
+} // namespace Vorn
+
+#define VORN_PART( Class )                                                                         \
+public:                                                                                            \
+   using VornSelf = Class;                                                                         \
+   Class() = default;
+
+#define VORN_RARE( Part )                                                                          \
+private:                                                                                           \
+   Vorn::Rare< Part > rare_;                                                                       \
+                                                                                                   \
+public:
+
+// Counted among the class's declarations; a record has no rows.
+#define VORN_RARE_DECLARED                                                                         \
+   static constexpr void vornDeclared( Vorn::RowTag< VornSelf, __LINE__ > ) {}
+
+#define VORN_RARE_SCALAR( Type, name )                                                             \
+   Vorn::Read< Type > name() const {                                                               \
+      return rare_->name();                                                                        \
+   }                                                                                               \
+   void name##Is( Vorn::Read< Type > value ) {                                                     \
+      rare_.use().name##Is( value );                                                               \
+   }                                                                                               \
+   VORN_RARE_DECLARED
+
+#define VORN_RARE_SET( Key, name )                                                                 \
+   Vorn::HashSet< Key > const & name() const {                                                     \
+      return rare_->name();                                                                        \
+   }                                                                                               \
+   bool name( Key const & key ) const {                                                            \
+      return rare_->name( key );                                                                   \
+   }                                                                                               \
+   bool name##Is( Key const & key ) {                                                              \
+      return rare_.use().name##Is( key );                                                          \
+   }                                                                                               \
+   void name##Del( Key const & key ) {                                                             \
+      rare_.use().name##Del( key );                                                                \
+   }                                                                                               \
+   void name##Del( Vorn::HashSet< Key >::Iterator const & where ) {                                \
+      rare_.use().name##Del( where );                                                              \
+   }                                                                                               \
+   void name##DelAll() {                                                                           \
+      rare_.use().name##DelAll();                                                                  \
+   }                                                                                               \
+   VORN_RARE_DECLARED
+
+#define VORN_RARE_HASHED_MAP( Key, Value, name )                                                   \
+   Vorn::HashMap< Key, Value > const & name() const {                                              \
+      return rare_->name();                                                                        \
+   }                                                                                               \
+   Value const * name( Key const & key ) const {                                                   \
+      return rare_->name( key );                                                                   \
+   }                                                                                               \
+   bool name##Is( Key const & key, Vorn::Read< Value > value ) {                                   \
+      return rare_.use().name##Is( key, value );                                                   \
+   }                                                                                               \
+   Value name##Del( Key const & key ) {                                                            \
+      return rare_.use().name##Del( key );                                                         \
+   }                                                                                               \
+   void name##Del( Vorn::HashMap< Key, Value >::Iterator const & where ) {                         \
+      rare_.use().name##Del( where );                                                              \
+   }                                                                                               \
+   void name##DelAll() {                                                                           \
+      rare_.use().name##DelAll();                                                                  \
+   }                                                                                               \
+   VORN_RARE_DECLARED
