@@ -48,7 +48,7 @@ Uses usesOf( PolicyState const & state ) {
    }
    uses.unnamed.resize( state.ruleCount() );
    PolicyState::StatusCursor const statuses( state.classMapStatus() );
-   PolicyMap::ClassActions::Cursor actions( config->currCfg()->classAction() );
+   PolicyMap::ClassActions::AheadCursor actions( config->currCfg()->classAction() );
    for ( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
       wendo::interrupt::check();
       Vorn::String const & className = statusOf( statuses, rule ).name();

@@ -136,9 +136,9 @@ void ShowTrafficPolicyBase::cacheClassState(
    ps->classMapConfigReserve( sequence.size() );
    ps->classMapStatusReserve( sequence.size() );
    // Configuration and status usually list their classes in rule order.
-   PolicyMap::ClassStatuses::Cursor statuses( ps->policyMapStatus()->cmap() );
-   PolicyMap::ClassConfigs::Cursor configs( subConfig->rawClassMap() );
-   PolicyMap::ClassActions::Cursor actions( subConfig->classAction() );
+   PolicyMap::ClassStatuses::AheadCursor statuses( ps->policyMapStatus()->cmap() );
+   PolicyMap::ClassConfigs::AheadCursor configs( subConfig->rawClassMap() );
+   PolicyMap::ClassActions::AheadCursor actions( subConfig->classAction() );
    unsigned rule = 0;
    for ( auto const & [number, className] : sequence ) {
       wendo::interrupt::check();

@@ -116,18 +116,20 @@ wendo::JsonScope renderRuleSummary( RendererV2 & renderer, Vorn::String const & 
 void renderRules( RendererV2 & renderer, PolicyState const & state, bool countersPerInterface,
                   char const * ruleFunction ) {
    static constexpr JsonKey rules( "rules" );
+   bool const summary = state.summary();
    PolicyState::MatchCursor const matches( state.classMapConfig() );
    PolicyState::StatusCursor const statuses( state.classMapStatus() );
    ActionWriter actions( renderer, state, countersPerInterface );
    auto const list = renderer.list( rules );
    for ( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
-      auto const * classMapMatch = matches[rule];
-      auto const * classMapStatus = statuses[rule];
+      // While a rule is written in full, the processor fetches the next ones by itself.
+      auto const * classMapMatch = summary ? matches[rule] : state.classMapConfig( rule ).get();
+      auto const * classMapStatus = summary ? statuses[rule] : state.classMapStatus( rule ).get();
       VORN_ASSERT( classMapMatch );
       VORN_ASSERT( classMapStatus );
       auto const entry =
          renderRuleSummary( renderer, classMapStatus->name(), classMapMatch->matchOption() );
-      if ( !state.summary() ) {
+      if ( !summary ) {
          trace.write( 8, { "Rendering detailed view of the rule ", ruleFunction },
                       classMapStatus->name() );
          renderMatches( renderer, state, *classMapMatch, Columns::details( state ) );

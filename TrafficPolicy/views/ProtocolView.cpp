@@ -96,47 +96,49 @@ struct Context {
 static_assert( Vorn::declaredLines< ProtoField >.size() == 6 );
 
 // Calls the function for each kind of condition, in output order, with whether the protocol has one
-// and how it is written.
+// and how it is written, until it returns true; and returns whether it did.
 template< typename Visit >
-void visitConditions( ProtocolRange const & range, ProtoField const & field, Visit const & visit ) {
+bool visitConditions( ProtocolRange const & range, ProtoField const & field, Visit const & visit ) {
    static constexpr CliLabel sourcePort( "Source port" );
    static constexpr CliLabel sourcePortSet = CliLabel::fieldSet( "Source port" );
    static constexpr CliLabel destinationPort( "Destination port" );
    static constexpr CliLabel destinationPortSet = CliLabel::fieldSet( "Destination port" );
-   auto const ranges = [&]( CliLabel const & label, auto const & values ) {
-      visit( !values.empty(), [&]( Context const & to ) {
-         renderNumericalRange( to.renderer, label, values, to.indent, to.matchOption );
-      } );
-   };
-   auto const fieldSets = [&]( CliLabel const & label, auto const & names ) {
-      visit( !names.empty(), [&]( Context const & to ) {
-         renderFieldSet( to.renderer, label, names, to.indent );
-      } );
-   };
-   visit( field.tcpFlags() != TcpFlagAndMask(), [&]( Context const & to ) {
+   auto const tcpFlags = [&]( Context const & to ) {
       // Flags belong to TCP: on another protocol, or a range that includes it, they are not shown.
       if ( range.low == tcp && range.high == tcp ) {
          renderTcpFlags( to.renderer, field.tcpFlags(), to.indent );
       }
-   } );
-   ranges( sourcePort, field.sport() );
-   fieldSets( sourcePortSet, field.sportFieldSet() );
-   ranges( destinationPort, field.dport() );
-   fieldSets( destinationPortSet, field.dportFieldSet() );
-   visit( !field.icmp().empty(), [&]( Context const & to ) {
+   };
+   auto const ranges = [&]( CliLabel const & label, auto const & values ) {
+      return visit( !values.empty(), [&]( Context const & to ) {
+         renderNumericalRange( to.renderer, label, values, to.indent, to.matchOption );
+      } );
+   };
+   auto const fieldSets = [&]( CliLabel const & label, auto const & names ) {
+      return visit( !names.empty(), [&]( Context const & to ) {
+         renderFieldSet( to.renderer, label, names, to.indent );
+      } );
+   };
+   auto const icmp = [&]( Context const & to ) {
       renderIcmp( to.renderer, field, to.indent, to.matchOption );
-   } );
+   };
+   return visit( field.tcpFlags() != TcpFlagAndMask(), tcpFlags )
+          || ranges( sourcePort, field.sport() )
+          || fieldSets( sourcePortSet, field.sportFieldSet() )
+          || ranges( destinationPort, field.dport() )
+          || fieldSets( destinationPortSet, field.dportFieldSet() )
+          || visit( !field.icmp().empty(), icmp );
 }
 
 // No protocol has a condition of its own.
 bool isPlain( Protocols const & protocols ) {
-   bool any = false;
    for ( auto const & [range, field] : protocols ) {
-      if ( field ) {
-         visitConditions( range, *field, [&]( bool has, auto const & ) { any = any || has; } );
+      if ( field
+           && visitConditions( range, *field, []( bool has, auto const & ) { return has; } ) ) {
+         return false;
       }
    }
-   return !any;
+   return true;
 }
 
 void renderConditions( Context const & to, ProtocolRange const & range, ProtoField const & field ) {
@@ -144,6 +146,7 @@ void renderConditions( Context const & to, ProtocolRange const & range, ProtoFie
       if ( has ) {
          write( to );
       }
+      return false;
    } );
 }
 

@@ -36,8 +36,7 @@ public:
    using ValueType = Value;
 
    // Finds keys that come in about the map's own order without hashing them: a search begins at the
-   // entry behind the last one found, or so many behind it as the caller says. Where the values are
-   // records, a search also prefetches those of entries to come (Prefetch.h). For a map that does
+   // entry behind the last one found, or so many behind it as the caller says. For a map that does
    // not change while the cursor is there.
    class Cursor {
    public:
@@ -48,7 +47,6 @@ public:
       // The key's value, or null.
       template< typename Lookup >
       Value const * find( Lookup const & key, uint32_t distance = 1 ) {
-         prefetchRecords();
          size_t const near = size_t{ next_ } - 1 + distance;
          if ( isLive( near ) && entries_[near].key == key ) {
             next_ = static_cast< uint32_t >( near + 1 );
@@ -61,10 +59,8 @@ public:
          next_ = at + 1;
          return &map_.entry( at ).value;
       }
-
       // The entry behind the last one found, or null at the end.
       HashMapEntry< Key, Value > const * next() {
-         prefetchRecords();
          while ( next_ < entries_.size() ) {
             if ( isLive( next_++ ) ) {
                return &entries_[next_ - 1];
@@ -72,26 +68,24 @@ public:
          }
          return nullptr;
       }
-
       // The value so many entries behind the last one found, or null.
       Value const * ahead( uint32_t distance ) const {
          size_t const at = size_t{ next_ } - 1 + distance;
          return isLive( at ) ? &entries_[at].value : nullptr;
       }
 
-   private:
-      // Not near the end, nor in a map with deleted entries: neither is worth a test for each
-      // entry.
+      // Prefetches the records of entries to come (Prefetch.h). Not near the end, nor in a map with
+      // deleted entries: neither is worth a test for each entry.
       [[gnu::always_inline]] void prefetchRecords() const {
-         if constexpr ( requires { typename Value::Element; } ) {
-            using Record = typename Value::Element;
-            size_t const last = size_t{ next_ } - 1;
-            if ( last + prefetchDistance< Record > < entries_.size() && dense_ ) [[likely]] {
-               prefetchAhead< Record >(
-                  [&]( uint32_t distance ) { return entries_[last + distance].value.get(); } );
-            }
+         using Record = typename Value::Element;
+         size_t const last = size_t{ next_ } - 1;
+         if ( last + prefetchDistance< Record > < entries_.size() && dense_ ) [[likely]] {
+            prefetchAhead< Record >(
+               [&]( uint32_t distance ) { return entries_[last + distance].value.get(); } );
          }
       }
+
+   private:
       bool isLive( size_t at ) const {
          return at < entries_.size()
                 && ( dense_ || map_.Table::isLive( static_cast< uint32_t >( at ) ) );
@@ -101,6 +95,23 @@ public:
       std::span< HashMapEntry< Key, Value > const > entries_; // deleted ones included
       bool dense_;
       uint32_t next_ = 0;
+   };
+
+   // A cursor over records that looks ahead: for a walk that does little with each record, so that
+   // waiting for memory would be most of it. One that does much leaves that to the processor.
+   class AheadCursor : public Cursor {
+   public:
+      using Cursor::Cursor;
+
+      template< typename Lookup >
+      Value const * find( Lookup const & key ) {
+         this->prefetchRecords();
+         return Cursor::find( key );
+      }
+      HashMapEntry< Key, Value > const * next() {
+         this->prefetchRecords();
+         return Cursor::next();
+      }
    };
 
    // The key's value, or null.
@@ -134,7 +145,7 @@ public:
 template< typename Records, typename Other, typename KeyOf, typename Visit >
 void forEachWithin( Records const & records, Other const & other, KeyOf const & keyOf,
                     Visit const & visit ) {
-   typename Records::Cursor at( records );
+   typename Records::AheadCursor at( records );
    while ( auto const * entry = at.next() ) {
       if ( auto const * record = at.ahead( prefetchStride ); record && *record ) {
          other.prefetch( keyOf( **record ) );

@@ -97,7 +97,7 @@ public:
    ~HashTable() { destroy(); }
 
    size_t size() const { return inBlock() ? block()->live : used(); }
-   bool empty() const { return size() == 0; }
+   bool empty() const { return !( state_ & ( blockBit | oneBit ) ) || size() == 0; }
    explicit operator bool() const { return !empty(); }
 
    // The entry of a table that has one and no other.

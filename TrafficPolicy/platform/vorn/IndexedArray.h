@@ -110,9 +110,7 @@ public:
       } else if ( index < slots_.size() ) {
          slots_[index] = value;
       } else {
-         Value kept = value;
-         grow( uint64_t{ index } + 1 );
-         slots_[index] = std::move( kept );
+         grow( uint64_t{ index } + 1, value );
       }
    }
    // Room for this many entries, taken at once so that filling the array copies nothing.
@@ -137,9 +135,11 @@ public:
    Iterator end() const { return { this, slots_.size() }; }
 
 private:
-   void grow( uint64_t newEntries ) {
+   // The new last slot gets the value.
+   [[gnu::noinline]] void grow( uint64_t newEntries, Value last ) {
       VORN_ASSERT( newEntries < 2003004 );
       slots_.resize( static_cast< size_t >( newEntries ) );
+      slots_.back() = std::move( last );
    }
    size_t heldFrom( size_t at ) const {
       while ( at < slots_.size() && !slots_[at] ) {

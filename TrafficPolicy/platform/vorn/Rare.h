@@ -25,16 +25,16 @@ public:
    Rare( Rare const & ) = delete;
    Rare & operator=( Rare const & ) = delete;
    ~Rare() {
-      if ( part_ ) {
+      if ( part_ != &empty_ ) {
          part_->~Part();
          Pool::release( part_, sizeof( Part ) );
       }
    }
 
-   Part const * operator->() const { return part_ ? part_ : &empty(); }
+   Part const * operator->() const { return part_; }
    // The part, made if there is none. Throws std::bad_alloc.
    Part & use() {
-      if ( !part_ ) {
+      if ( part_ == &empty_ ) {
          static_assert( alignof( Part ) <= Pool::alignment );
          part_ = ::new ( Pool::allocate( sizeof( Part ) ) ) Part();
       }
@@ -42,12 +42,9 @@ public:
    }
 
 private:
-   static Part const & empty() {
-      static Part const part;
-      return part;
-   }
+   static inline constinit Part empty_; // never changed
 
-   Part * part_ = nullptr;
+   Part * part_ = &empty_;
 };
 
 } // namespace Vorn
