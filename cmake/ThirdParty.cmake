@@ -28,12 +28,6 @@ function(tp_import name header)
                              INTERFACE_INCLUDE_DIRECTORIES "${TP_${name}_INCLUDE_DIR}")
 endfunction()
 
-function(tp_find_simdjson)
-   tp_import(simdjson simdjson.h simdjson libsimdjson.so.14)
-   # The header prints a note in every 32-bit compilation otherwise.
-   target_compile_definitions(tp::simdjson INTERFACE SIMDJSON_NO_PORTABILITY_WARNING)
-endfunction()
-
 # A 32-bit program does without line editing where there is no library of its architecture.
 function(tp_find_libedit)
    if(tp_library_dirs)

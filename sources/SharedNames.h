@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/vorn/Prefetch.h"
 #include "TrafficPolicy/platform/vorn/String.h"
 
 #include <array>
@@ -40,33 +41,43 @@ public:
       if ( map ) {
          at_ = map->begin();
          end_ = map->end();
-         ahead_ = at_;
-         for ( unsigned i = 0; i < distance && ahead_ != end_; ++i ) {
-            ++ahead_;
+         near_ = far_ = at_;
+         for ( unsigned i = 0; i < distance; ++i ) {
+            step( near_ );
+            step( far_ );
+            step( far_ );
          }
       }
    }
    Vorn::String get( std::string_view text ) {
       if ( at_ != end_ && at_->key == text ) {
-         if ( ahead_ != end_ ) {
-            ++ahead_;
-         }
+         step( near_ );
+         step( far_ );
          return ( at_++ )->key;
       }
       return { text };
    }
-   // Asks for the place where a name to come will be entered in the table.
+   // Prefetches the place where a name to come will be entered in the table, and before that the
+   // name.
    void prefetch( auto const & table ) const {
-      if ( ahead_ != end_ ) {
-         table.prefetch( ahead_->key );
+      if ( far_ != end_ ) {
+         Vorn::prefetch( far_->key.data() );
+         table.prefetch( near_->key );
       }
    }
 
 private:
    static constexpr unsigned distance = 8; // names
 
+   void step( typename Map::Iterator & at ) const {
+      if ( at != end_ ) {
+         ++at;
+      }
+   }
+
    typename Map::Iterator at_;
-   typename Map::Iterator ahead_; // so many names ahead
+   typename Map::Iterator near_; // so many names ahead
+   typename Map::Iterator far_;  // twice as many
    typename Map::Iterator end_;
 };
 

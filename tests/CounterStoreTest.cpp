@@ -128,18 +128,33 @@ TEST( CounterStore, IsEmptyWhereThereIsNoFile ) {
                  tpcli::FileError );
 }
 
-TEST( InputFile, HasTheWholeFileAndRoomBehindIt ) {
+// The file in its windows, each beginning with some of what the one before ended with.
+std::string windows( std::string const & name, test::Random & random ) {
+   tpcli::InputFile file( name, 1 + random.below( 100'000 ) );
+   std::string all;
+   size_t kept = 0;
+   bool more = true;
+   while ( more ) {
+      more = file.advance( file.end() - kept );
+      EXPECT_EQ( std::string( file.end(), file.padding ), std::string( file.padding, '\0' ) );
+      EXPECT_EQ( std::string_view( file.begin(), kept ),
+                 std::string_view( all ).substr( all.size() - kept ) );
+      all.append( file.begin() + kept, file.end() );
+      kept = random.below( static_cast< unsigned >( file.end() - file.begin() + 1 ) );
+   }
+   return all;
+}
+
+TEST( InputFile, ComesInWindows ) {
    test::Random random( 7 );
    test::TemporaryFolder const folder;
    std::string const path = folder.file( "input" );
-   for ( size_t const size :
-         { 0u, 1u, 63u, 64u, 65u, 127u, 65'535u, 300'001u, 8'388'542u, 8'388'543u, 9'000'000u } ) {
+   for ( size_t const size : { 0u, 1u, 65'535u, 300'001u, 3'000'000u } ) {
       std::string text( size, ' ' );
       for ( size_t at = 0; at < size; at += 97 ) {
          text[at] = static_cast< char >( random.below( 256 ) );
       }
       test::writeFile( path, text );
-      // A pipe does not tell its size.
       int ends[2];
       ASSERT_EQ( ::pipe( ends ), 0 );
       std::thread writer( [&] {
@@ -152,10 +167,7 @@ TEST( InputFile, HasTheWholeFileAndRoomBehindIt ) {
          ::close( ends[1] );
       } );
       for ( std::string const & name : { path, "/dev/fd/" + std::to_string( ends[0] ) } ) {
-         tpcli::InputFile const file( name );
-         EXPECT_TRUE( file.text() == text ) << name << ", " << size;
-         EXPECT_GE( file.capacity(), size + 64 );
-         EXPECT_EQ( std::string( file.text().data() + size, 64 ), std::string( 64, '\0' ) );
+         EXPECT_TRUE( windows( name, random ) == text ) << name << ", " << size;
       }
       writer.join();
       ::close( ends[0] );

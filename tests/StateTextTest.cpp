@@ -1,17 +1,24 @@
-// State files: texts that say the same in other bytes, and texts that are broken anywhere.
+// State files: texts that say the same in other bytes or come in other windows, and texts that are
+// broken anywhere.
 
 #include "TrafficPolicy/TrafficPolicyShowCliHelper.h"
 #include "sources/FileError.h"
 #include "sources/Source.h"
+#include "sources/file/StateReader.h"
 #include "tests/Support.h"
 
 #include <gmock/gmock.h>
+#include <rapidjson/error/en.h>
+#include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
+#include <sys/mman.h>
+
+#include <algorithm>
 
 namespace {
 
 constexpr std::string_view stateText = R"({"config":{"trafficPolicies":{"P":{"namedCounters":["a",
-"b c"],"rules":[{"name":"first rule","match":{"ipv4":{"sources":["10.0.0.0/8","192.0.2.1/32"],
+"b ü€😀"],"rules":[{"name":"first rule","match":{"ipv4":{"sources":["10.0.0.0/8","192.0.2.1/32"],
 "destinationPrefixSets":["set"],"protocols":[{"protocol":6,"sourcePorts":[[1,2],3],"tcpFlags":[
 "established"]},{"protocol":[7,9]}],"dscp":[46],"fragment":{"type":"offset","offsets":[1]},
 "neighborProtocol":"bgp","ipOptions":true}},"actions":{"count":"a","drop":true,"log":false,"police":
@@ -24,15 +31,24 @@ constexpr std::string_view stateText = R"({"config":{"trafficPolicies":{"P":{"na
 "ipv4":{"status":"failed","error":"no room"},"ipv6":{"status":3}}}}}}})";
 
 class StateText : public testing::Test {
+public:
+   ~StateText() override { ::close( fd_ ); }
+
 protected:
-   tpcli::State read( std::string_view text ) {
-      test::writeFile( path_, text );
-      return tpcli::findSource( path_ )->read().state;
+   static constexpr size_t whole = tpcli::InputFile::defaultStep;
+
+   // Reads so many bytes at once.
+   tpcli::State read( std::string_view text, size_t step = whole ) {
+      EXPECT_EQ( ::ftruncate( fd_, 0 ), 0 );
+      EXPECT_EQ( ::pwrite( fd_, text.data(), text.size(), 0 ),
+                 static_cast< ssize_t >( text.size() ) );
+      tpcli::InputFile file( path_, step );
+      return tpcli::readState( file );
    }
    // The error that the text is refused with; empty when it is read.
-   std::string error( std::string_view text ) {
+   std::string error( std::string_view text, size_t step = whole ) {
       try {
-         read( text );
+         read( text, step );
       } catch ( tpcli::FileError const & error ) {
          return error.what();
       }
@@ -61,8 +77,9 @@ protected:
    test::Random random_{ 5 };
 
 private:
-   test::TemporaryFolder folder_;
-   std::string path_ = folder_.file( "state" );
+   // In memory, for it is written often.
+   int fd_ = ::memfd_create( "state", 0 );
+   std::string path_ = "/proc/self/fd/" + std::to_string( fd_ );
 };
 
 // White space between the tokens, and characters of strings in their escaped form.
@@ -75,7 +92,7 @@ TEST_F( StateText, IsReadWhateverItsForm ) {
       unsigned const often = 1 + random_.below( 60 );
       for ( char const c : stateText ) {
          inString ^= c == '"';
-         if ( inString && c != '"' && c != '\n' && random_.oneIn( often ) ) {
+         if ( inString && c != '"' && c > ' ' && random_.oneIn( often ) ) {
             char escape[8];
             std::snprintf( escape, sizeof escape, random_.oneIn( 2 ) ? "\\u%04x" : "\\u%04X", c );
             text += escape;
@@ -96,14 +113,39 @@ TEST_F( StateText, KnowsItsCounterStore ) {
    EXPECT_EQ( tpcli::findSource( "-" )->defaultCounterStore(), "" );
 }
 
-bool isJson( std::string const & text ) {
-   rapidjson::StringStream stream( text.c_str() );
+// Wherever a window ends: in a name, in an escape, in a character of several bytes, in a number.
+TEST_F( StateText, IsReadWhateverItsWindows ) {
+   constexpr std::string_view text =
+      R"( {"config": {"trafficPolicies":{"P \u00fc \ud83d\ude00 ü€😀":{"rules":[{"name"
+:"\"\\\n","match":{"ipv4" : {"lengths":[12345]}},"actions":{"count":true,"drop" :false
+}}]}},"cpu":{"v":"P ü 😀 \u00fc\u20ac\uD83D\uDE00"}},"status":{"policies":{"P ü 😀 ü\u20ac😀"
+:{"rules":{"\u0022\u005c\u000A":{"families":["ipv4"],"packets": 18446744073709551615 }}}}}} )";
+   std::string const wanted = shown( read( text ) );
+   EXPECT_THAT( wanted, testing::StartsWith( R"({"trafficPolicies":{"P ü 😀 ü€😀":{)" ) );
+   for ( auto const * part : { R"("ruleString":"\"\\\n",)", R"("low":12345,"high":12345)",
+                               R"("count":18446744073709551615)" } ) {
+      EXPECT_THAT( wanted, testing::HasSubstr( part ) );
+   }
+   for ( size_t step = 1; step <= text.size(); ++step ) {
+      ASSERT_EQ( shown( read( text, step ) ), wanted ) << step;
+   }
+}
+
+// What another parser says of the text: empty for JSON, else the error as ours has it.
+std::string syntaxError( std::string const & text ) {
+   rapidjson::MemoryStream stream( text.data(), text.size() );
    rapidjson::BaseReaderHandler<> ignore;
    rapidjson::Reader reader;
    constexpr unsigned flags =
       rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
-   return !reader.Parse< flags >( stream, ignore ).IsError()
-          && text.find( '\0' ) == std::string::npos;
+   auto const result = reader.Parse< flags >( stream, ignore );
+   if ( !result.IsError() ) {
+      return "";
+   }
+   std::string_view const before( text.data(), result.Offset() );
+   return "line " + std::to_string( std::count( before.begin(), before.end(), '\n' ) + 1 )
+          + ", column " + std::to_string( before.size() - ( before.rfind( '\n' ) + 1 ) + 1 ) + ": "
+          + rapidjson::GetParseError_En( result.Code() );
 }
 
 // Changes of a byte or of a few, most of them where the text's structure is.
@@ -140,17 +182,36 @@ std::string broken( test::Random & random ) {
    return text;
 }
 
+// The error of the text alone, as JSON; empty when it has none.
+std::string ownSyntaxError( std::string const & path, size_t step ) {
+   try {
+      tpcli::InputFile file( path, step );
+      tpcli::JsonText text( file );
+      text.skip();
+      text.end();
+   } catch ( tpcli::FileError const & error ) {
+      return std::string( error.what() ).substr( path.size() + 2 );
+   }
+   return "";
+}
+
 TEST_F( StateText, IsRefusedWhereverItIsBroken ) {
    unsigned refused = 0;
    unsigned valid = 0;
    for ( unsigned i = 0; i < 10'000; ++i ) {
       std::string const text = broken( random_ );
       std::string const message = error( text );
-      valid += isJson( text );
+      std::string const wrong = syntaxError( text );
+      if ( random_.oneIn( 5 ) ) {
+         size_t const step = 1 + random_.below( 100 );
+         ASSERT_EQ( error( text, step ), message ) << step << text;
+         ASSERT_EQ( ownSyntaxError( path(), step ), wrong ) << step << text;
+      }
+      valid += wrong.empty();
       refused += !message.empty();
       ASSERT_TRUE( message.empty() || message.starts_with( path() + ": " ) ) << message;
       ASSERT_EQ( message.find( '\n' ), message.npos ) << message;
-      ASSERT_TRUE( !message.empty() || isJson( text ) ) << text;
+      ASSERT_TRUE( !message.empty() || wrong.empty() ) << text;
    }
    EXPECT_GT( refused, 7000u );
    EXPECT_GT( valid, 300u );

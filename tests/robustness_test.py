@@ -117,6 +117,22 @@ class Robustness(unittest.TestCase):
             time.sleep(0.01)
         self.finish(show, 130)
 
+    def test_slow_input(self):
+        """Reading that takes long shows how far it is, at a terminal alone, and takes that away."""
+        text = (self.folder / "state1").read_bytes()
+        whole = self.show("summary").communicate()[0]
+        terminal, end = os.openpty()
+        for errors in (end, subprocess.PIPE):
+            show = self.show("--state", "-", "summary", stderr=errors)
+            show.stdin.write(text[:len(text) // 2])
+            time.sleep(1.1)
+            show.stdin.write(text[len(text) // 2:])
+            output, error = show.communicate(timeout=60)
+            self.assertEqual((show.returncode, output), (0, whole))
+            self.assertFalse(error)
+        self.assertRegex(os.read(terminal, 9999), rb"^(\rreading: \d+ MB *\r)+\r {%d}\r$"
+                         % len(f"reading: {len(text) // 10**6} MB"))
+
     def test_ignored_interrupt(self):
         show = self.show("--state", "-", preexec_fn=lambda: signal.signal(signal.SIGINT, signal.SIG_IGN))
         ignored = 0

@@ -127,7 +127,8 @@ Vorn::Ptr< Counter > readCounterStore( std::string const & path,
              && ( errno == ENOENT || errno == ENAMETOOLONG ) ) ) {
       return store;
    }
-   readJson( path, [&]( JsonValue root ) { StoreReader( *store, status ).read( root ); } );
+   InputFile file( path );
+   readJson( file, [&]( JsonValue & root ) { StoreReader( *store, status ).read( root ); } );
    return store;
 }
 

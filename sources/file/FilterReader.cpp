@@ -12,7 +12,6 @@ using Classification::FragmentType;
 using Classification::ProtocolRange;
 using Classification::ProtoField;
 using Classification::StructuredFilter;
-using Classification::TcpFlagAndMask;
 using Classification::TypeAndCode;
 using PolicyMap::ClassMapMatchOption;
 

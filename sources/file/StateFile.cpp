@@ -4,14 +4,18 @@
 
 namespace tpcli {
 
-Reading StateFile::read() {
-   Reading reading;
-   State & state = reading.state;
-   readJson( path_, [&]( JsonValue root ) {
+State readState( InputFile & file ) {
+   State state;
+   readJson( file, [&]( JsonValue & root ) {
       root.object( optional( "config", [&]( JsonValue & v ) { readConfig( v, state ); } ),
                    optional( "status", [&]( JsonValue & v ) { readStatus( v, state ); } ) );
    } );
-   return reading;
+   return state;
+}
+
+Reading StateFile::read() {
+   InputFile file( path_ );
+   return { readState( file ), {} };
 }
 
 std::string StateFile::defaultCounterStore() const {

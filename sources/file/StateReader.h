@@ -1,4 +1,4 @@
-// The parts of a state file, each read by its own function.
+// A state file and its parts, each read by its own function.
 
 #pragma once
 
@@ -6,6 +6,9 @@
 #include "sources/json/JsonReader.h"
 
 namespace tpcli {
+
+// All of it. Throws FileError, SigIntException.
+State readState( InputFile & file );
 
 // The condition of a rule in one family, not null.
 Vorn::Ptr< Classification::StructuredFilter const >

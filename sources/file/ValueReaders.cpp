@@ -38,30 +38,31 @@ PrefixText split( std::string_view text ) {
    return prefix;
 }
 
-// The usual form of a prefix at a few instructions a character; false for anything else, which the
-// exact way then judges.
+// The usual form of a prefix; false for anything else, which the exact way then judges.
 bool plainIp4( std::string_view text, Pelx::Ip4Prefix & prefix ) {
-   uint32_t numbers[5] = {};
-   size_t count = 0;
-   size_t digits = 0;
-   for ( char const c : text ) {
-      if ( c >= '0' && c <= '9' && digits < 3 && ( digits == 0 || numbers[count] != 0 ) ) {
-         numbers[count] = numbers[count] * 10 + static_cast< uint32_t >( c - '0' );
-         ++digits;
-      } else if ( c == ( count == 3 ? '/' : '.' ) && digits > 0 && numbers[count] <= 255
-                  && count < 4 ) {
-         ++count;
-         digits = 0;
-      } else {
+   char const * at = text.data();
+   char const * const end = at + text.size();
+   // A decimal number without leading zeros, up to the maximum.
+   auto const number = [&]( uint32_t maximum, uint32_t & value ) {
+      char const * const begin = at;
+      for ( value = 0; at != end && *at >= '0' && *at <= '9' && value <= maximum; ++at ) {
+         value = value * 10 + static_cast< uint32_t >( *at - '0' );
+      }
+      return at != begin && value <= maximum && ( *begin != '0' || at == begin + 1 );
+   };
+   uint32_t address = 0;
+   uint32_t value = 0;
+   for ( unsigned byte = 0; byte < 4; ++byte ) {
+      if ( !number( 255, value ) || at == end || *at++ != ( byte < 3 ? '.' : '/' ) ) {
          return false;
       }
+      address = address << 8 | value;
    }
-   if ( count != 4 || digits == 0 || numbers[4] > 32 ) {
+   if ( !number( 32, value ) || at != end ) {
       return false;
    }
-   prefix.address = numbers[0] << 24 | numbers[1] << 16 | numbers[2] << 8 | numbers[3];
-   prefix.length = static_cast< uint8_t >( numbers[4] );
-   return ( uint64_t{ prefix.address } << prefix.length & 0xffffffff ) == 0;
+   prefix = { address, static_cast< uint8_t >( value ) };
+   return ( uint64_t{ address } << value & 0xffffffff ) == 0;
 }
 
 bool hostBitsSet( uint8_t const * bytes, size_t size, unsigned length ) {

@@ -1,95 +1,86 @@
 #include "sources/json/InputFile.h"
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
-#include "sources/FileDescriptor.h"
 #include "sources/FileError.h"
-#include "sources/Memory.h"
 
 #include <fcntl.h>
-#include <simdjson.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <cstdlib>
+#include <cstdint>
 #include <cstring>
-#include <limits>
-#include <new>
 
 namespace tpcli {
 
 namespace {
 
-constexpr size_t padding = simdjson::SIMDJSON_PADDING;
-
 [[noreturn]] void fail( std::string const & path, int error ) {
-   throw FileError( path + ": " + std::strerror( error ) );
+   throw FileError( ( path == "-" ? "standard input" : path ) + ": " + std::strerror( error ) );
 }
 
-// Waits where the file is a pipe that nobody writes to yet; an interrupt ends the wait.
-int openToRead( std::string const & path ) {
+// A call that the user may interrupt while it waits.
+template< typename Call >
+auto interruptible( Call const & call ) {
    for ( ;; ) {
-      int const fd = ::open( path.c_str(), O_RDONLY | O_CLOEXEC );
-      if ( fd >= 0 || errno != EINTR ) {
-         return fd;
-      }
       wendo::interrupt::check();
+      auto const result = call();
+      if ( result >= 0 || errno != EINTR ) {
+         return result;
+      }
    }
+}
+
+int open( std::string const & path ) {
+   int const fd = interruptible( [&] {
+      return path == "-" ? ::fcntl( STDIN_FILENO, F_DUPFD_CLOEXEC, 0 )
+                         : ::open( path.c_str(), O_RDONLY | O_CLOEXEC );
+   } );
+   if ( fd < 0 ) {
+      fail( path, errno );
+   }
+   return fd;
+}
+
+// In bytes; 0 where it cannot be told.
+uint64_t sizeOf( int fd ) {
+   struct stat status {};
+   return ::fstat( fd, &status ) == 0 && S_ISREG( status.st_mode )
+             ? static_cast< uint64_t >( status.st_size )
+             : 0;
 }
 
 } // namespace
 
-void InputFile::Free::operator()( char * bytes ) const {
-   std::free( bytes );
+InputFile::InputFile( std::string const & path, size_t step )
+   : path_( path )
+   , file_( open( path ) )
+   , step_( step )
+   , buffer_( padding )
+   , progress_( sizeOf( file_.get() ) ) {}
+
+bool InputFile::advance( char const * keep ) {
+   auto const kept = static_cast< size_t >( end() - keep );
+   std::memmove( buffer_.data(), keep, kept );
+   size_ = kept;
+   if ( buffer_.size() < kept + step_ + padding ) {
+      buffer_.resize( kept + step_ + padding );
+   }
+   size_t const more = read();
+   size_ += more;
+   std::memset( buffer_.data() + size_, 0, padding );
+   progress_.add( more );
+   largePages_.add( more );
+   return more > 0;
 }
 
-InputFile::InputFile( std::string const & path ) {
-   if ( path == "-" ) {
-      grow( 1 << 16 );
-      readAll( STDIN_FILENO, "standard input" );
-      return;
+size_t InputFile::read() {
+   ssize_t const count =
+      interruptible( [&] { return ::read( file_.get(), buffer_.data() + size_, step_ ); } );
+   if ( count < 0 ) {
+      fail( path_, errno );
    }
-   FileDescriptor const file( openToRead( path ) );
-   struct stat status {};
-   if ( file.get() < 0 || ::fstat( file.get(), &status ) < 0 ) {
-      fail( path, errno );
-   }
-   if ( status.st_size > std::numeric_limits< int32_t >::max() / 2 && sizeof( size_t ) == 4 ) {
-      fail( path, EFBIG );
-   }
-   // One byte more than the file has, so that its end is seen without growing.
-   grow( static_cast< size_t >( status.st_size ) + padding + 1 );
-   readAll( file.get(), path );
-}
-
-void InputFile::grow( size_t capacity ) {
-   char * const grown = static_cast< char * >( allocateLarge( capacity ) );
-   if ( !grown ) {
-      throw std::bad_alloc();
-   }
-   std::copy_n( bytes_.get(), size_, grown );
-   bytes_.reset( grown );
-   capacity_ = capacity;
-}
-
-void InputFile::readAll( int fd, std::string const & path ) {
-   for ( ;; ) {
-      wendo::interrupt::check();
-      if ( capacity_ - size_ <= padding ) {
-         grow( capacity_ * 2 );
-      }
-      ssize_t const got = ::read( fd, bytes_.get() + size_, capacity_ - size_ - padding );
-      if ( got == 0 ) {
-         break;
-      }
-      if ( got > 0 ) {
-         size_ += static_cast< size_t >( got );
-      } else if ( errno != EINTR ) {
-         fail( path, errno );
-      }
-   }
-   std::memset( bytes_.get() + size_, 0, padding );
+   return static_cast< size_t >( count );
 }
 
 } // namespace tpcli

@@ -1,34 +1,50 @@
-// A whole input file in memory.
+// The text of a file, read in windows, so that memory does not grow with the file.
 
 #pragma once
 
+#include "sources/FileDescriptor.h"
+#include "sources/LargePages.h"
+#include "sources/Progress.h"
+
 #include <cstddef>
-#include <memory>
 #include <string>
-#include <string_view>
+#include <vector>
 
 namespace tpcli {
 
 class InputFile {
 public:
-   // Reads the file; "-" is standard input. Throws FileError.
-   explicit InputFile( std::string const & path );
+   static constexpr size_t defaultStep = size_t{ 256 } << 10;
+   // There are so many zero bytes behind the window.
+   static constexpr size_t padding = 16;
 
-   std::string_view text() const { return { bytes_.get(), size_ }; }
-   // The bytes that may be read, as the JSON parser wants: some more than the text has.
-   size_t capacity() const { return capacity_; }
+   // Opens the file; "-" is standard input. A step is what is read at once, in bytes. The window is
+   // empty until the first advance. Throws FileError, SigIntException.
+   explicit InputFile( std::string const & path, size_t step = defaultStep );
+
+   std::string const & path() const { return path_; }
+
+   // The window.
+   char const * begin() const { return buffer_.data(); }
+   char const * end() const { return buffer_.data() + size_; }
+
+   // Moves the window on: it begins with what stands at `keep` then, which may be its end, and has
+   // what follows in the file behind its old end. False, with nothing changed but the window's
+   // begin, at the end of the file. Memory grows with what is kept. Throws FileError,
+   // SigIntException.
+   bool advance( char const * keep );
 
 private:
-   struct Free {
-      void operator()( char * bytes ) const;
-   };
-   // A new capacity, keeping what was read.
-   void grow( size_t capacity );
-   void readAll( int fd, std::string const & path );
+   // Up to a step more, behind the window; 0 at the end of the file.
+   size_t read();
 
-   std::unique_ptr< char, Free > bytes_;
-   size_t size_ = 0;
-   size_t capacity_ = 0;
+   std::string path_;
+   FileDescriptor file_;
+   size_t step_;
+   std::vector< char > buffer_; // the window and its padding
+   size_t size_ = 0;            // of the window
+   Progress progress_;
+   LargePages largePages_;
 };
 
 } // namespace tpcli

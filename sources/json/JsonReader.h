@@ -8,15 +8,11 @@
 
 #pragma once
 
-#include "sources/Memory.h"
-#include "sources/json/InputFile.h"
-
-#include <simdjson.h>
+#include "sources/json/JsonText.h"
 
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace tpcli {
 
@@ -30,15 +26,6 @@ struct Place {
    // As a JSON pointer (RFC 6901), control characters escaped so that it stays one line.
    std::string text() const;
 };
-
-// The document of one file, while it is read.
-struct JsonSource {
-   std::string const & path;
-   InputFile const & file;
-};
-
-// The error of a file that is no JSON: names line and column.
-[[noreturn]] void failSyntax( JsonSource const & source, simdjson::error_code error );
 
 // One member that an object may have, and what to do with its value.
 template< typename Action >
@@ -56,12 +43,11 @@ Member< Action > optional( std::string_view name, Action const & action ) {
    return { name, action, false };
 }
 
-// A value that is about to be read, once. Errors throw FileError.
+// A value that is about to be read, once, before anything behind it. Errors throw FileError.
 class JsonValue {
 public:
-   JsonValue( JsonSource const & source, simdjson::ondemand::value value, Place const & place )
-      : source_( &source )
-      , value_( value )
+   JsonValue( JsonText & text, Place const & place )
+      : text_( &text )
       , place_( &place ) {}
 
    // An object with exactly these members, in any order.
@@ -75,84 +61,99 @@ public:
    void list( Action const & action );
 
    // A whole number from 0 to the maximum; `what` names the kind in the error ("a port").
-   uint64_t number( std::string_view what, uint64_t maximum = ~uint64_t{ 0 } );
+   uint64_t number( std::string_view what, uint64_t maximum = ~uint64_t{ 0 } ) {
+      uint64_t number = 0;
+      text_->next();
+      if ( text_->smallNumber( number, maximum ) ) [[likely]] {
+         return number;
+      }
+      return anyNumber( what, maximum );
+   }
    double real();
    bool boolean();
-   // A string; valid until the next string is read.
-   std::string_view string();
+   // A string; valid until anything else is read.
+   std::string_view string() {
+      if ( text_->next() != '"' ) [[unlikely]] {
+         failKind( "a string" );
+      }
+      return text_->string();
+   }
    // A string that is not empty.
    std::string_view name( std::string_view what );
    // True, and the value is read, when it is null.
    bool null();
 
-   simdjson::ondemand::json_type type();
-   bool isString() { return type() == simdjson::ondemand::json_type::string; }
-   bool isNumber() { return type() == simdjson::ondemand::json_type::number; }
-   bool isList() { return type() == simdjson::ondemand::json_type::array; }
-   bool isBoolean() { return type() == simdjson::ondemand::json_type::boolean; }
+   JsonType type() { return text_->type(); }
+   bool isObject() { return type() == JsonType::object; }
+   bool isString() { return type() == JsonType::string; }
+   bool isNumber() { return type() == JsonType::number; }
+   bool isList() { return type() == JsonType::list; }
+   bool isBoolean() { return type() == JsonType::boolean; }
 
    // The error of this value.
    [[noreturn]] void fail( std::string const & message ) const;
 
 private:
-   // What the parser gives for this value; fails when that is of another kind than wanted.
-   template< typename T >
-   T get( simdjson::simdjson_result< T > result, char const * wanted ) {
-      T value;
-      if ( auto const error = std::move( result ).get( value ) ) {
-         failKind( error, wanted );
-      }
-      return value;
-   }
-   [[noreturn]] void failKind( simdjson::error_code error, char const * wanted );
-   void check( simdjson::error_code error ) {
-      if ( error ) {
-         failSyntax( *source_, error );
-      }
-   }
-   // The key as it stands, or with its escapes resolved.
-   std::string_view key( simdjson::ondemand::field & field );
-   // The value's text in the file, for an error.
+   // The error of a value, not yet read, that is of another kind than wanted.
+   [[noreturn]] void failKind( char const * wanted );
+   // The error of a member with this name, which was read.
+   [[noreturn]] void failUnknown( std::string_view name );
+   uint64_t anyNumber( std::string_view what, uint64_t maximum );
+   // The value as it is written, for an error.
    std::string rawText();
+   // Enters a container, which begins with the bracket.
+   void enter( char bracket, char const * wanted ) {
+      if ( text_->next() != bracket ) [[unlikely]] {
+         failKind( wanted );
+      }
+      text_->take();
+   }
 
-   JsonSource const * source_;
-   simdjson::ondemand::value value_;
+   JsonText * text_;
    Place const * place_;
 };
 
 // Reads a file as one document and calls the action with its root.
 template< typename Action >
-void readJson( std::string const & path, Action const & action );
+void readJson( InputFile & file, Action const & action );
 
 // The text in quotes, control characters escaped.
 std::string quoted( std::string_view text );
 
 template< typename... Actions >
 void JsonValue::object( Member< Actions > const &... members ) {
-   static_assert( sizeof...( members ) < 32 );
-   simdjson::ondemand::object object = get( value_.get_object(), "an object" );
-   uint32_t seen = 0;
-   for ( auto field : object ) {
-      check( field.error() );
-      std::string_view const name = key( field.value_unsafe() );
-      Place const place{ place_, name };
-      JsonValue value( *source_, field.value_unsafe().value(), place );
-      uint32_t bit = 1;
-      auto const read = [&]( auto const & member ) {
-         uint32_t const own = std::exchange( bit, bit << 1 );
+   static_assert( sizeof...( members ) <= 32 );
+   enter( '{', "an object" );
+   uint32_t seen = 0; // a bit for each member
+   Place place{ place_, {} };
+   JsonValue value( *text_, place );
+   for ( bool isFirst = true; text_->member( isFirst ); isFirst = false ) {
+      std::string_view const name = text_->string();
+      uint32_t found = 1;
+      auto const isNamed = [&]( auto const & member ) {
          if ( member.name != name ) {
+            found <<= 1;
             return false;
          }
-         if ( seen & own ) {
-            value.fail( "given twice" );
-         }
-         seen |= own;
-         member.action( value );
+         place.name = member.name; // it outlives the text that it is found by
          return true;
       };
-      if ( !( read( members ) || ... ) ) {
-         value.fail( "unknown member" );
+      if ( !( isNamed( members ) || ... ) ) {
+         failUnknown( name );
       }
+      text_->colon();
+      if ( seen & found ) {
+         value.fail( "given twice" );
+      }
+      seen |= found;
+      uint32_t bit = 1;
+      auto const read = [&]( auto const & member ) {
+         if ( bit == found ) {
+            member.action( value );
+         }
+         bit <<= 1;
+      };
+      ( read( members ), ... );
    }
    uint32_t bit = 1;
    auto const present = [&]( auto const & member ) {
@@ -166,49 +167,37 @@ void JsonValue::object( Member< Actions > const &... members ) {
 
 template< typename Action >
 void JsonValue::map( Action const & action ) {
-   simdjson::ondemand::object object = get( value_.get_object(), "an object" );
-   for ( auto field : object ) {
-      check( field.error() );
-      std::string_view const name = key( field.value_unsafe() );
+   enter( '{', "an object" );
+   std::string name;
+   for ( bool isFirst = true; text_->member( isFirst ); isFirst = false ) {
+      name = text_->string();
+      text_->colon();
       Place const place{ place_, name };
-      action( name, JsonValue( *source_, field.value_unsafe().value(), place ) );
+      action( std::string_view( name ), JsonValue( *text_, place ) );
    }
 }
 
 template< typename Action >
 void JsonValue::list( Action const & action ) {
-   simdjson::ondemand::array array = get( value_.get_array(), "a list" );
+   enter( '[', "a list" );
    Place place{ place_, {}, 0, true };
-   for ( auto element : array ) {
-      check( element.error() );
-      action( JsonValue( *source_, element.value_unsafe(), place ) );
-      ++place.index;
+   for ( ; text_->element( place.index == 0 ); ++place.index ) {
+      action( JsonValue( *text_, place ) );
    }
 }
 
 template< typename Action >
-void readJson( std::string const & path, Action const & action ) {
-   InputFile const file( path );
-   JsonSource const source{ path, file };
-   // The parser takes about six times the text, most of it never touched; what is built from it,
-   // four.
-   expectAllocations( file.text().size() * 10 );
-   simdjson::ondemand::parser parser;
-   simdjson::ondemand::document document;
-   auto const text =
-      simdjson::padded_string_view( file.text().data(), file.text().size(), file.capacity() );
-   if ( auto const error = parser.iterate( text ).get( document ) ) {
-      failSyntax( source, error );
-   }
-   simdjson::ondemand::value root;
-   if ( auto const error = document.get_value().get( root ) ) {
-      failSyntax( source, error );
-   }
+void readJson( InputFile & file, Action const & action ) {
+   JsonText text( file );
    Place const place;
-   action( JsonValue( source, root, place ) );
-   char const * rest = nullptr;
-   if ( !document.current_location().get( rest ) ) {
-      failSyntax( source, simdjson::TRAILING_CONTENT );
+   JsonValue root( text, place );
+   if ( root.isObject() || root.isList() ) {
+      action( root );
+      text.end();
+   } else {
+      text.skip();
+      text.end();
+      root.fail( "the document is not an object" );
    }
 }
 

@@ -1,0 +1,22 @@
+// Large pages for the records of a large state.
+
+#pragma once
+
+#include <cstddef>
+
+namespace tpcli {
+
+// While a large input is read, has the heap grow by some dozen megabytes at once, in large pages
+// where the system has them: to touch every small page first is otherwise a good part of what the
+// reading costs. Changes how the process allocates, so it is for programs alone.
+class LargePages {
+public:
+   // So many bytes more of the input were read.
+   void add( size_t bytes );
+
+private:
+   size_t read_ = 0;
+   char * done_ = nullptr; // the heap's end when it was last seen
+};
+
+} // namespace tpcli
