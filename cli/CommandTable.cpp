@@ -1,6 +1,7 @@
 #include "cli/CommandTable.h"
 
 #include "TrafficPolicy/platform/vorn/TypeRecord.h"
+#include "cli/Schemas.h"
 
 #include <algorithm>
 #include <charconv>
@@ -18,6 +19,10 @@ std::vector< std::string_view > classNames() {
    return names;
 }
 
+std::vector< std::string_view > shellNames() {
+   return { "bash", "zsh" };
+}
+
 constexpr ArgumentRow arguments[] = {
    { Argument::none, "", "" },
    { Argument::policy, "NAME", "the name of a policy", true },
@@ -33,6 +38,14 @@ constexpr ArgumentRow arguments[] = {
      .meaning = "a number of times",
      .valid = []( std::string_view value ) { return parseCount( value ).has_value(); } },
    { Argument::className, "NAME", "the name of a class", false, nullptr, classNames },
+   { .argument = Argument::schema,
+     .placeholder = "NAME",
+     .meaning = "the name of a schema",
+     .values = schemaNames },
+   { .argument = Argument::shell,
+     .placeholder = "SHELL",
+     .meaning = "the name of a shell, bash or zsh",
+     .values = shellNames },
    { Argument::text, "TEXT", "a text", true },
    { Argument::words, "COMMAND", "a command" },
 };
@@ -70,11 +83,27 @@ constexpr CommandRow commands[] = {
      .words = { "check" },
      .help = "what is inconsistent or shown nowhere; exit status 1 when there is any",
      .reply = Reply::textOrJson },
+   { .verb = Verb::schema,
+     .words = { "schema" },
+     .help = "the JSON Schema of a reply or a file",
+     .reply = Reply::json,
+     .argument = Argument::schema,
+     .argumentNeeded = true },
    { .verb = Verb::types,
      .words = { "types" },
      .help = "the program's registered classes, or all about one",
      .reply = Reply::textOrJson,
      .argument = Argument::className },
+   { .verb = Verb::completion,
+     .words = { "completion" },
+     .help = "what a shell reads to complete commands",
+     .argument = Argument::shell,
+     .argumentNeeded = true },
+   { .verb = Verb::complete,
+     .words = { "complete-words" },
+     .help = "ways to complete the last word, for shells",
+     .argument = Argument::words,
+     .hidden = true },
    { .verb = Verb::help,
      .words = { "help" },
      .help = "the commands, or what may follow a command",

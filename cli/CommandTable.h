@@ -21,7 +21,10 @@ enum class Verb : uint8_t {
    clear,
    check,
    status,
+   schema,
    types,
+   completion,
+   complete,
    help,
    leave
 };
@@ -36,6 +39,8 @@ enum class Argument : uint8_t {
    seconds,
    number,
    className,
+   schema,
+   shell,
    text,
    words
 };
@@ -114,6 +119,7 @@ struct CommandRow {
    Argument argument = Argument::none;
    bool argumentNeeded = false;
    bool linesOnly = false; // makes sense where commands are read from lines
+   bool hidden = false;    // for our own scripts: no help or completion has it
 
    constexpr std::span< std::string_view const > path() const {
       size_t count = 0;

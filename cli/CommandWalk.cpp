@@ -78,11 +78,14 @@ void CommandWalk::take( Word const & word, Word const * next ) {
 
 void CommandWalk::takePath( Word const & word ) {
    std::vector< Choice > const choices = pathWords();
+   auto const hidden = std::ranges::find_if( commandRows(), [&]( CommandRow const & row ) {
+      return row.hidden && path_.empty() && row.path().front() == word.text;
+   } );
    Choice const * choice = select( word, choices );
-   if ( !choice ) {
+   if ( !choice && hidden == commandRows().end() ) {
       refuse( word, choices );
    }
-   path_.push_back( choice->word );
+   path_.push_back( choice ? choice->word : hidden->path().front() );
    for ( CommandRow const & row : commandRows() ) {
       if ( std::ranges::equal( path_, row.path() ) ) {
          command_.row = &row;
@@ -167,7 +170,7 @@ std::vector< Choice > CommandWalk::pathWords() const {
    std::vector< Choice > choices;
    for ( CommandRow const & row : commandRows() ) {
       auto const path = row.path();
-      if ( ( row.linesOnly && !lines_ ) || path.size() <= path_.size()
+      if ( ( row.linesOnly && !lines_ ) || row.hidden || path.size() <= path_.size()
            || !std::ranges::equal( path_, path.first( path_.size() ) ) ) {
          continue;
       }

@@ -111,7 +111,9 @@ std::vector< std::string > synopses() {
               && ( end == begin || differsInLastWord( rows[begin], rows[end] ) ) ) {
          ++end;
       }
-      result.push_back( synopsis( rows.subspan( begin, end - begin ) ) );
+      if ( !rows[begin].hidden ) {
+         result.push_back( synopsis( rows.subspan( begin, end - begin ) ) );
+      }
    }
    return result;
 }
@@ -128,7 +130,9 @@ std::string helpText() {
       for ( std::string_view const word : row.path() ) {
          words.append( words.empty() ? "" : " " ).append( word );
       }
-      commands.emplace_back( words, row.help );
+      if ( !row.hidden ) {
+         commands.emplace_back( words, row.help );
+      }
    }
    Rows words;
    for ( OptionRow const & row : optionRows() ) {

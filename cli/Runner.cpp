@@ -7,6 +7,8 @@
 #include "cli/Help.h"
 #include "cli/RatesCommand.h"
 #include "cli/Reply.h"
+#include "cli/Schemas.h"
+#include "cli/ShellCompletion.h"
 #include "cli/ShowCommand.h"
 #include "cli/StatusCommand.h"
 #include "cli/TypesCommand.h"
@@ -25,6 +27,10 @@ std::string helpFor( Command const & command, bool isLine ) {
    CommandWalk walk( isLine );
    walk.take( joinArguments( command.arguments ) );
    return describe( walk.next(), "" );
+}
+
+void writeText( Session const & session, Command const & command, std::string_view text ) {
+   writeReply( session, command, [&]( auto & renderer ) { renderer.write( text ); } );
 }
 
 void show( Session & session, Command const & command ) {
@@ -61,14 +67,21 @@ Status run( Session & session, CommandText const & text, bool isLine ) {
       return check( session, command );
    case Verb::status:
       return status( session, command );
+   case Verb::schema:
+      writeText( session, command, schemaText( command.argument() ) );
+      break;
+   case Verb::completion:
+      writeText( session, command, completionScript( command.argument() ) );
+      break;
+   case Verb::complete:
+      writeText( session, command, completeWords( command.arguments, session.workspace ) );
+      break;
    case Verb::types:
       writeReply( session, command,
                   [&]( auto & renderer ) { listTypes( renderer, command.argument() ); } );
       break;
    case Verb::help:
-      writeReply( session, command, [&]( auto & renderer ) {
-         renderer.write( std::string_view( helpFor( command, isLine ) ) );
-      } );
+      writeText( session, command, helpFor( command, isLine ) );
       break;
    case Verb::leave:
       session.leaving = true;

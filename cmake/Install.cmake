@@ -17,5 +17,9 @@ install(FILES "${CMAKE_CURRENT_BINARY_DIR}/TrafficPolicyConfig.cmake"
 
 if(TP_CLI)
    install(TARGETS tpcli)
+   install(FILES "${CMAKE_CURRENT_BINARY_DIR}/completion.bash"
+           DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" RENAME tpcli)
+   install(FILES "${CMAKE_CURRENT_BINARY_DIR}/completion.zsh"
+           DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions" RENAME _tpcli)
    install(FILES docs/tpcli.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 endif()
