@@ -21,6 +21,7 @@ enum class Verb : uint8_t {
    clear,
    check,
    status,
+   snapshot,
    schema,
    types,
    completion,

@@ -12,6 +12,7 @@
 #include "cli/ShowCommand.h"
 #include "cli/StatusCommand.h"
 #include "cli/TypesCommand.h"
+#include "sources/file/StateWriter.h"
 
 #include <new>
 #include <system_error>
@@ -67,6 +68,12 @@ Status run( Session & session, CommandText const & text, bool isLine ) {
       return check( session, command );
    case Verb::status:
       return status( session, command );
+   case Verb::snapshot:
+      session.workspace.readSource();
+      writeReply( session, command, [&]( auto & renderer ) {
+         formatState( renderer.buffer(), session.workspace.state() );
+      } );
+      break;
    case Verb::schema:
       writeText( session, command, schemaText( command.argument() ) );
       break;
