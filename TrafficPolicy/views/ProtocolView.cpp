@@ -94,6 +94,7 @@ struct Context {
 
 // A condition that the record gains has its place in the walk below.
 static_assert( Vorn::declaredLines< ProtoField >.size() == 6 );
+static_assert( Vorn::declaredLines< Classification::TypeAndCode >.size() == 1 );
 
 // Calls the function for each kind of condition, in output order, with whether the protocol has one
 // and how it is written, until it returns true; and returns whether it did.

@@ -12,6 +12,26 @@ using PolicyMap::Action;
 using PolicyMap::ActionType;
 using PolicyMap::RateUnit;
 
+// The member that holds an action of the type. Without a default, so that the compiler finds an
+// action type that is not read here.
+consteval std::string_view memberOf( ActionType type ) {
+   switch ( type ) {
+   case ActionType::drop:
+      return "drop";
+   case ActionType::setDscp:
+      return "setDscp";
+   case ActionType::setTc:
+      return "setTrafficClass";
+   case ActionType::police:
+      return "police";
+   case ActionType::count:
+      return "count";
+   case ActionType::log:
+      return "log";
+   }
+   return {};
+}
+
 Vorn::Ptr< Action const > readPolice( JsonValue & value ) {
    uint64_t rate = 0;
    RateUnit unit{};
@@ -56,10 +76,12 @@ Vorn::Ptr< PolicyMap::ClassAction const > readActions( JsonValue & value, Shared
       add( ActionType::setTc, Vorn::create< TrafficPolicy::SetTcAction >( tc ) );
    };
    auto const police = [&]( JsonValue & v ) { add( ActionType::police, readPolice( v ) ); };
-   value.object( optional( "drop", flag( ActionType::drop ) ),
-                 optional( "log", flag( ActionType::log ) ), optional( "count", count ),
-                 optional( "police", police ), optional( "setDscp", setDscp ),
-                 optional( "setTrafficClass", setTrafficClass ) );
+   value.object( optional( memberOf( ActionType::drop ), flag( ActionType::drop ) ),
+                 optional( memberOf( ActionType::log ), flag( ActionType::log ) ),
+                 optional( memberOf( ActionType::count ), count ),
+                 optional( memberOf( ActionType::police ), police ),
+                 optional( memberOf( ActionType::setDscp ), setDscp ),
+                 optional( memberOf( ActionType::setTc ), setTrafficClass ) );
    return actions;
 }
 

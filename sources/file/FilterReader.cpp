@@ -1,5 +1,6 @@
 // A rule's match conditions in one family.
 
+#include "TrafficPolicy/platform/vorn/DescribeAttributes.h"
 #include "sources/file/StateReader.h"
 #include "sources/file/ValueReaders.h"
 
@@ -14,6 +15,12 @@ using Classification::ProtoField;
 using Classification::StructuredFilter;
 using Classification::TypeAndCode;
 using PolicyMap::ClassMapMatchOption;
+
+// A condition that a record gains is one more member below.
+static_assert( Vorn::declaredLines< StructuredFilter >.size() == 12 );
+static_assert( Vorn::declaredLines< ProtoField >.size() == 6 );
+static_assert( Vorn::declaredLines< Fragment >.size() == 2 );
+static_assert( Vorn::declaredLines< TypeAndCode >.size() == 1 );
 
 constexpr uint32_t portMax = 65535;
 constexpr uint32_t lengthMax = 65535;

@@ -12,6 +12,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/vorn/Assert.h"
 #include "TrafficPolicy/platform/wendo/PlainText.h"
 
 #include <algorithm>
@@ -24,7 +25,8 @@
 
 namespace Names {
 
-// For an enumeration whose values are those below the count.
+// For an enumeration whose values are those below the count. An enumerator at the count, as one
+// that was added without raising it, does not compile.
 template< typename Enum, size_t count >
 class EnumNames {
 public:
@@ -32,6 +34,8 @@ public:
       for ( size_t value = 0; value < count; ++value ) {
          names_[value] = nameOf( Enum{ static_cast< std::underlying_type_t< Enum > >( value ) } );
       }
+      VORN_ASSERT(
+         nameOf( Enum{ static_cast< std::underlying_type_t< Enum > >( count ) } ).empty() );
    }
 
    // The value's name; empty for a value that has none or is outside the enumeration.
