@@ -1,12 +1,13 @@
 // The library's one public header: the factories of the show objects and of clearing.
 //
-//    auto show = TrafficPolicyCli::showTrafficPolicyCpuFactory( config, status, counters, "",
-//    false,
-//                                                               false, false, false, false,
-//                                                               vrfs, allVrfs, l3Interfaces );
-//    show->render( STDOUT_FILENO, 1, 1 );
+//    using namespace TrafficPolicyCli;
+//    auto show = showTrafficPolicyCpuFactory(
+//       config, status, counters, "", false, false, false, false, false,
+//       vrfConfig, allVrfConfig, l3IntfStatusDir );
+//    show->render( STDOUT_FILENO, 1, 1 ); // 1 text, 2 JSON
 //
-// The records that it reads are filled by the caller: platform/records.
+// The caller fills the records of platform/records; show objects keep them alive and only read
+// them. ShowTrafficPolicyBase.h and its subclasses say which handles may be null.
 
 #pragma once
 

@@ -6,7 +6,7 @@ namespace {
 
 using TrafficPolicyCli::ShowTrafficPolicyBase;
 
-// The show commands' words, as the flags that the factories take.
+// The options of the show commands, as flags of the factories.
 struct Kind {
    char const * name;
    bool summary = false;

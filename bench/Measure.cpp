@@ -51,7 +51,7 @@ public:
       result_.bytes = finished_.view().size();
    }
 
-   // Who begins changes from round to round.
+   // The order rotates from round to round.
    void round( size_t number ) {
       for ( size_t step = 0; step < 3; ++step ) {
          switch ( ( number + step ) % 3 ) {
@@ -120,7 +120,7 @@ private:
          copy_.push_back( timed( [&] { copyFinished( sink_.fd(), finished_.view() ); } ) );
       }
    }
-   // Its bytes are counted apart: they need not be those of the case.
+   // Has its own number of bytes, which may differ from the case's.
    void runReference() {
       if ( subject_.reference ) {
          uint64_t const bytes = std::exchange( result_.bytes, referenceBytes() );

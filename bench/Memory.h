@@ -1,4 +1,4 @@
-// What the program holds from operator new, and how often it asked.
+// The memory that the program has from operator new, and the number of allocations.
 
 #pragma once
 
@@ -7,15 +7,15 @@
 namespace Bench {
 
 struct Memory {
-   size_t live = 0; // bytes, with what the allocator rounds up
+   size_t live = 0; // bytes, rounded up as the allocator does
    size_t peak = 0;
    size_t allocations = 0;
 };
 
-// Counted since the program started; whoever measures a call sets the peak to the present level.
+// Since the start of the program. A MemoryScope resets the peak to the present level.
 extern Memory memory;
 
-// The growth during its life.
+// Measures the growth during its lifetime. One at a time.
 class MemoryScope {
 public:
    MemoryScope()

@@ -21,7 +21,7 @@ constexpr uint8_t udp = 17;
 
 Prefix prefixOf( unsigned const ( &bytes )[4], unsigned length ) {
    uint32_t const address = bytes[0] << 24 | bytes[1] << 16 | bytes[2] << 8 | bytes[3];
-   // Some sets have host bits behind short prefixes; a prefix record has none.
+   // Some sets have host bits beyond short prefixes; a prefix record has none.
    uint32_t const mask = length == 0 ? 0 : ~uint32_t{ 0 } << ( 32 - length );
    return { address & mask, static_cast< uint8_t >( length ) };
 }

@@ -61,7 +61,7 @@ struct PlainRule {
 // protocol/mask and TCP flags/mask. Throws std::runtime_error for a file without filters.
 std::vector< Filter > readFilters( std::string const & path );
 
-// So many rules; the filters are used round and round.
+// Makes this many rules, cycling through the filters.
 std::vector< PlainRule > makeRules( std::vector< Filter > const & filters, size_t count );
 
 } // namespace Bench

@@ -31,7 +31,7 @@ struct BuildOptions {
    bool sharedNames = true;
    // The status lists its rules in an order of its own.
    bool shuffledStatus = false;
-   // The records of neighbouring rules stand apart in memory, as after years of changes.
+   // The records of neighbouring rules are far apart in memory, as after years of changes.
    bool scatteredRecords = false;
 };
 

@@ -23,7 +23,7 @@ constexpr size_t bufferSize = wendo::WendoBuffer::viewCapacity;
    throw std::system_error( errno, std::generic_category(), what );
 }
 
-// Kept like the memory of a view's buffer.
+// Allocated once, as the memory of a view's buffer is.
 char * buffer() {
    static auto const memory = std::make_unique_for_overwrite< char[] >( bufferSize );
    return memory.get();

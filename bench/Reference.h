@@ -1,4 +1,4 @@
-// What the shows are measured against, each through a buffer of the same size into the same
+// The baselines of the measurements, each through a buffer of the same size into the same
 // descriptor.
 
 #pragma once

@@ -1,4 +1,4 @@
-// The results as lines of comma-separated values, for plot.py and for other eyes.
+// The results as lines of comma-separated values, for plot.py and other tools.
 
 #pragma once
 
@@ -11,7 +11,7 @@ namespace Bench {
 
 class Report {
 public:
-   // Nothing is kept when the path is empty. Throws std::runtime_error for a file that cannot be
+   // Writes no file when the path is empty. Throws std::runtime_error for a file that cannot be
    // written.
    explicit Report( std::string const & path );
 

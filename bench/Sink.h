@@ -1,4 +1,4 @@
-// Where the output goes: /dev/null, or a pipe that another process reads and drops.
+// The destination of the output: /dev/null, or a pipe that another process reads and discards.
 
 #pragma once
 
@@ -19,11 +19,11 @@ public:
    Sink & operator=( Sink const & ) = delete;
 
    int fd() const { return fd_; }
-   // Before each run.
+   // Called before each run.
    virtual void begin() {}
-   // Waits until everything that was written, so many bytes since begin(), has left the sink.
+   // Waits until all bytes written since begin(), this many, have been read.
    virtual void drain( uint64_t /* bytes */ ) {}
-   // When the other side saw the first byte since begin(); 0 where nobody looks.
+   // When the reader saw the first byte since begin(); 0 without a reader.
    virtual Nanoseconds firstByte() const { return 0; }
 
 protected:
@@ -32,7 +32,7 @@ protected:
 };
 
 std::unique_ptr< Sink > openNull();
-// Starts the reading process: made before the program grows, so that the fork copies little.
+// Starts the reading process. Called before the program grows, so that the fork copies little.
 std::unique_ptr< Sink > openPipe();
 
 } // namespace Bench

@@ -177,7 +177,7 @@ private:
       counters["rel ns"] = result.release / rules;
    }
 
-   // Made when the first case wants it.
+   // Built for the first case that needs it.
    World const & world() {
       if ( !world_ ) {
          world_ =
@@ -196,8 +196,8 @@ private:
    std::unique_ptr< World > world_;
 };
 
-// In a process of its own: records made from the memory that another size gave back would stand in
-// it in any order, and that is what is measured then. Ends without walking what it built.
+// In a process of its own: records made in memory that another size has released would be
+// scattered, which would be measured then. Exits without destroying what it built.
 int runApart( Options const & options, size_t size, Report & report ) {
    pid_t const child = ::fork();
    if ( child < 0 ) {

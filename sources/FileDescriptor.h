@@ -8,7 +8,7 @@ namespace tpcli {
 
 class FileDescriptor {
 public:
-   // Takes the descriptor, which may be an invalid one (negative).
+   // Owns the descriptor, which may be invalid (negative).
    explicit FileDescriptor( int fd )
       : fd_( fd ) {}
    ~FileDescriptor() {

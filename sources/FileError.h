@@ -1,4 +1,4 @@
-// What stops the reading or writing of a file, besides an interrupt.
+// The error of reading or writing a file.
 
 #pragma once
 

@@ -1,5 +1,5 @@
-// Action records that rules share: they do not change once they are made, and most rules of a
-// policy do one of a few things.
+// Action records that rules share: they are immutable, and most rules of a policy have one of a few
+// actions.
 
 #pragma once
 

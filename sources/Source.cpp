@@ -15,8 +15,7 @@ std::unique_ptr< Source > make( std::string const & text ) {
    return std::make_unique< Kind >( text );
 }
 
-// The kinds of sources by what their texts begin with; the first that fits is taken, and the last
-// fits any text.
+// The kinds of sources by prefix of the text; the first match is taken, and the last matches any.
 constexpr struct {
    std::string_view begin;
    std::unique_ptr< Source > ( *make )( std::string const & text );

@@ -10,10 +10,10 @@
 
 namespace tpcli {
 
-// What a source gives.
+// The result of reading a source.
 struct Reading {
    State state;
-   // What the source says and the records cannot hold: a line each, with its place.
+   // What the source has and the records cannot represent: a line each, with its place.
    std::vector< std::string > notes;
 };
 
@@ -24,7 +24,7 @@ public:
    Source( Source const & ) = delete;
    Source & operator=( Source const & ) = delete;
 
-   // Everything that the source says now. May be called again, unless the source is standard input.
+   // Reads the present state. May be called again, unless the source is standard input.
    // Throws FileError, with the place; SigIntException when the user interrupts.
    virtual Reading read() = 0;
 
@@ -32,7 +32,7 @@ public:
    virtual std::string defaultCounterStore() const = 0;
 };
 
-// The source that the text after --state stands for. Nothing is opened yet.
+// The source that the argument of --state names. Opens nothing; never null.
 std::unique_ptr< Source > findSource( std::string const & text );
 
 } // namespace tpcli

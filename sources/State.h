@@ -17,7 +17,7 @@ struct State {
    Vorn::Ptr< TrafficPolicy::Status > status = Vorn::create< TrafficPolicy::Status >();
    Vorn::Ptr< Ip::AllVrfConfig > allVrfConfig = Vorn::create< Ip::AllVrfConfig >();
    Vorn::Ptr< L3::Intf::StatusDir > l3IntfStatusDir = Vorn::create< L3::Intf::StatusDir >();
-   // Null where the source says nothing of it.
+   // Null where the source has no counter granularity.
    Vorn::Ptr< TrafficPolicy::TrafficPolicyIntfParamStatus > policyParamStatus;
 };
 

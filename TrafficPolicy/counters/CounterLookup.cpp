@@ -21,7 +21,7 @@ applicableSnapshot( Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
    return snapshot && snapshot->uniqueId() == status.uniqueId() ? snapshot : nullptr;
 }
 
-// The difference; a value that went backwards is reported and reads as 0.
+// The increase since the snapshot; a value that went backwards is reported and reads as 0.
 template< typename Report >
 uint64_t since( uint64_t snapshot, uint64_t current, Report const & report ) {
    if ( current < snapshot ) {

@@ -1,9 +1,9 @@
 // Counts since the last clear.
 //
-// Hardware counters are never reset: a clear stores their values as snapshots, and a count is what
-// the hardware says less the snapshot. A snapshot applies only to the incarnation of the counter
-// that it was taken of; a value that went backwards reads as 0. Without a store every count is the
-// hardware's. Nothing here writes.
+// Hardware counters are never reset: a clear stores their values as snapshots, and a count is the
+// hardware's value minus the snapshot's. A snapshot applies only to the incarnation (unique id) of
+// the counter that it was taken of; a value that went backwards is traced and reads as 0. The store
+// may be null, then every count is the hardware's. All other handles are not null.
 
 #pragma once
 
@@ -11,13 +11,13 @@
 
 namespace TrafficPolicyCli {
 
-// The rule counts of one policy. Rules are expected in about the order of their snapshots, none of
-// them left out; any order is right. Must not outlive the store.
+// The rule counts of one policy. Fast when all rules are visited in about the order of their
+// snapshots; any order is correct. Must not outlive the store, which may be null.
 class RuleSnapshots {
 public:
    RuleSnapshots( TrafficPolicy::Counter const * counter, Vorn::String const & policyName );
 
-   // Before each rule, whether its count is asked for or not.
+   // Called before each rule, whether its count is read or not.
    void nextRule() { ++distance_; }
    // Packets that hit the rule.
    uint64_t packets( PolicyMap::ClassMapStatus const & classStatus );
@@ -43,8 +43,8 @@ uint64_t getNamedByteCount( Vorn::Ptr< TrafficPolicy::Counter const > const & co
                             Vorn::Ptr< PolicyMap::PacketDataStatus const > const & counterStatus,
                             Vorn::String const & policyName );
 
-// A named counter on one interface, which must be one that the counter has. The raw value where the
-// counter's snapshot has no entry for the interface.
+// A named counter on one interface; asserts that the counter has the interface. The raw value where
+// the counter's snapshot has no entry for it.
 uint64_t
 getInterfacePacketCount( Vorn::Ptr< TrafficPolicy::Counter const > const & counter,
                          Vorn::Ptr< PolicyMap::PacketDataStatus const > const & counterStatus,

@@ -27,7 +27,7 @@ PolicyMap::ClassMapStatus const & statusOf( PolicyState::StatusCursor const & st
    return *classMapStatus;
 }
 
-// What the rules of a policy count into.
+// The counters that the rules of a policy use.
 struct Uses {
    Vorn::HashSet< Vorn::String > named;
    std::vector< bool > unnamed; // by rule: it counts for itself

@@ -13,7 +13,7 @@ namespace TrafficPolicyCli {
 void renderPolicyCounters( wendo::RendererV2 & renderer, Selection const & selection,
                            bool countersPerInterface );
 
-// Says how the hardware keeps counters; nothing where it does not tell.
+// Writes how the hardware keeps counters; nothing where that is unknown.
 void renderCounterGranularity( wendo::RendererV2 & renderer,
                                TrafficPolicy::CounterGranularity granularity );
 

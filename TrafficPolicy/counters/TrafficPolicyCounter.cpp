@@ -21,8 +21,8 @@ using TrafficPolicy::CounterKey;
 using TrafficPolicy::NamedCounterKey;
 using TrafficPolicy::NamedCounterVersion;
 
-// Which rules and counters there still are. Remembers the last policy, and where in it the last
-// rule stands: snapshots of a policy stand together, and mostly in the order of its rules.
+// Which rules and counters still exist. Keeps the last policy and the position of the last rule in
+// it: snapshots of a policy are neighbours, mostly in the order of its rules.
 class Survivors {
 public:
    explicit Survivors( PolicyMap::PolicyMapTypeStatus const & status )

@@ -7,13 +7,14 @@
 
 namespace TrafficPolicyCli {
 
-// Clears by recording where every counter stands: the hardware's counts are never touched. Made for
+// Clears by storing a snapshot of every counter; the hardware's counts stay as they are. Made for
 // one command; the only writer of the counter store.
 class TrafficPolicyCounter : public Vorn::PtrInterface {
    VORN_ENTITY( TrafficPolicyCounter, Vorn::PtrInterface )
 
-   VORN_INPUT( Vorn::Ptr< PolicyMap::PolicyMapTypeStatus const >, status )
-   VORN_INPUT( Vorn::Ptr< TrafficPolicy::Counter >, counter )
+   // Asserted by clearCounter, not at construction.
+   VORN_INPUT( Vorn::Ptr< PolicyMap::PolicyMapTypeStatus const >, status ) // not null
+   VORN_INPUT( Vorn::Ptr< TrafficPolicy::Counter >, counter )              // the store, not null
 
    TrafficPolicyCounter( Vorn::Ptr< PolicyMap::PolicyMapTypeStatus const > const & status,
                          Vorn::Ptr< TrafficPolicy::Counter > const & counter )
@@ -21,8 +22,9 @@ class TrafficPolicyCounter : public Vorn::PtrInterface {
       , counter_( counter ) {}
 
    // Takes a snapshot of every counter of every policy, stamps the store with the time, and removes
-   // the snapshots of counters that are gone. Per-interface counts are recorded only where the
-   // status keeps counters per interface.
+   // the snapshots of rules, counters and interfaces that no longer exist. Per-interface counts are
+   // stored only where the status keeps counters per interface. Throws wendo::SigIntException, with
+   // the store partly updated.
    void clearCounter();
 
 private:

@@ -16,7 +16,7 @@ using PolicyMap::PolicyMapSubConfig;
 
 namespace {
 
-// The family that the class is installed for, or null: at most one is allowed.
+// The family that the class is installed for, or null. More than one fails an assertion.
 ClassMapMatchOption const * installedFamily( ClassMapStatus const * cmapStatus ) {
    switch ( cmapStatus->matchs() ) {
    case 0:
@@ -47,7 +47,7 @@ T const * pointee( Vorn::Ptr< T const > const * handle ) {
    return handle ? handle->get() : nullptr;
 }
 
-// Sets the flag of a policy one of whose rules counts into a counter that the policy lacks.
+// Marks the policy when the rule counts into a counter that the policy does not declare.
 void checkCounter( PolicyState & ps, PolicyMap::ClassAction const * actions,
                    Vorn::String const & className ) {
    auto const * count = countActionOf( actions, className );
@@ -66,7 +66,7 @@ void ShowTrafficPolicyBase::cachePoliciesState() {
    auto at = statuses.begin();
    while ( at != statuses.end() ) {
       wendo::interrupt::check();
-      // Positioned anew by key after each policy, so that the collection may change meanwhile.
+      // Looked up by key after each policy, so that the collection may change meanwhile.
       Vorn::String const name = at->first;
       if ( at->second ) {
          cachePolicyState( name );

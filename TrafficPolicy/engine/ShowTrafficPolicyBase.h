@@ -32,6 +32,7 @@ class ShowTrafficPolicyBase : public Vorn::PtrInterface {
    VORN_INPUT( bool, errors )             // installation errors in place of rules
    VORN_INPUT( bool, detail )             // name lists in full
    VORN_INPUT( bool, counters )           // the counter view
+   // Counter view: named counters per interface; rule view: their bytes beside the packets.
    VORN_INPUT( bool, countersPerInterface )
    // The cache, by policy name; filled by cachePoliciesState. The records are of the side's class.
    VORN_ORDERED_MAP( Vorn::String, Vorn::Ptr< PolicyState >, policyState )
@@ -42,7 +43,7 @@ class ShowTrafficPolicyBase : public Vorn::PtrInterface {
 
    // Writes the policy view of the side.
    virtual void renderTrafficPolicy( unsigned fd, unsigned format, unsigned revision );
-   // Writes what the counter view says before its first policy.
+   // Writes the head of the counter view, before its first policy. The renderer is not null.
    virtual void renderCountPerInterface( wendo::RendererV2 * renderer );
    // Caches every policy that has a status.
    virtual void cachePoliciesState();
@@ -61,8 +62,9 @@ class ShowTrafficPolicyBase : public Vorn::PtrInterface {
    // The policy's record in the cache, of the side's class. Null here.
    virtual Vorn::Ptr< PolicyState > getOrCreatePolicyState( Vorn::String policyName );
 
-   // Caches, then writes the reply to the descriptor. Format: 1 text, 2 JSON. The revision is the
-   // model revision that the command layer asks for; both views have one shape for all.
+   // Caches, then writes the reply to the descriptor. Format: 1 text, 2 JSON; any other writes
+   // nothing. The revision is the model revision that the command layer requests; every revision
+   // has the same reply.
    // An interrupt ends the output with a line on standard output and a normal return. Other
    // exceptions pass, std::system_error when the descriptor does not take the output.
    void render( unsigned fd, unsigned format, unsigned revision );

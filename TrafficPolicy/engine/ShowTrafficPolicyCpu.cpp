@@ -16,7 +16,7 @@ ShowTrafficPolicyCpu::configuredPolicies() const {
    return vrfConfig()->trafficPolicies();
 }
 
-// Interfaces are grouped by VRF. One that is no layer-3 interface counts for none.
+// Interfaces are grouped by VRF. One that is no layer-3 interface belongs to none.
 void ShowTrafficPolicyCpu::intfStatusIs(
    PolicyStateCpu & state, Pelx::IntfId const & intf,
    Vorn::Ptr< PolicyMap::IntfStatus const > const & status ) const {

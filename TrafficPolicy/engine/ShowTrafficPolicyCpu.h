@@ -12,9 +12,10 @@ class PolicyStateCpu; // the cached record of this side
 class ShowTrafficPolicyCpu : public ShowTrafficPolicySide< ShowTrafficPolicyCpu, CpuBinding > {
    VORN_ENTITY( ShowTrafficPolicyCpu, ShowTrafficPolicyBase )
 
-   VORN_INPUT( Vorn::Ptr< PolicyMap::VrfConfig const >, vrfConfig )      // not null
-   VORN_INPUT( Vorn::Ptr< Ip::AllVrfConfig const >, allVrfConfig )       // may be null: not read
-   VORN_INPUT( Vorn::Ptr< L3::Intf::StatusDir const >, l3IntfStatusDir ) // not null
+   VORN_INPUT( Vorn::Ptr< PolicyMap::VrfConfig const >, vrfConfig ) // not null
+   VORN_INPUT( Vorn::Ptr< Ip::AllVrfConfig const >, allVrfConfig )  // may be null: not read
+   // Not null when a policy's status has interfaces.
+   VORN_INPUT( Vorn::Ptr< L3::Intf::StatusDir const >, l3IntfStatusDir )
 
    VORN_CONSTRUCTOR( ShowTrafficPolicyCpu )
 

@@ -17,7 +17,7 @@ ShowTrafficPolicyInterface::configuredPolicies() const {
    return intfConfig()->intf();
 }
 
-// Every interface is a binding of its own: no layer-3 status is asked.
+// Every interface is a binding of its own: its layer-3 status is not read.
 void ShowTrafficPolicyInterface::intfStatusIs(
    PolicyStateInterface & state, Pelx::IntfId const & intf,
    Vorn::Ptr< PolicyMap::IntfStatus const > const & status ) const {

@@ -14,7 +14,7 @@ class ShowTrafficPolicyInterface
    VORN_ENTITY( ShowTrafficPolicyInterface, ShowTrafficPolicyBase )
 
    VORN_INPUT( Vorn::Ptr< PolicyMap::IntfConfig const >, intfConfig ) // not null
-   // May be null: then nothing is said of the counters' granularity.
+   // May be null: then the counter view has no line for the granularity.
    VORN_INPUT( Vorn::Ptr< TrafficPolicy::TrafficPolicyIntfParamStatus const >, policyParamStatus )
 
    VORN_CONSTRUCTOR( ShowTrafficPolicyInterface )

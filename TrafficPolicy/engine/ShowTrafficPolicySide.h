@@ -7,9 +7,9 @@
 
 namespace TrafficPolicyCli {
 
-// Show is the side's show object. It says what differs:
-//    configuredPolicies() - the map from binding to policy name of the configuration;
-//    intfStatusIs( state, interface, status ) - puts an interface's status where its binding is.
+// Show is the side's show object, which defines what differs:
+//    configuredPolicies() - the configuration's map from binding to policy name;
+//    intfStatusIs( state, interface, status ) - stores an interface's status under its binding.
 // Binding is CpuBinding or InterfaceBinding. The members are defined in SideCaching.h, for the
 // source file of each side.
 template< typename Show, typename Binding >

@@ -54,7 +54,7 @@ void ShowTrafficPolicySide< Show, Binding >::cacheIntfStatus(
    }
 }
 
-// Sorts the policy's bindings into applied and failed ones. One that is neither is in no list.
+// Sorts the policy's bindings into applied and failed ones; one that is neither is in neither list.
 template< typename Show, typename Binding >
 void ShowTrafficPolicySide< Show, Binding >::cacheInstalledState(
    Vorn::Ptr< PolicyMap::PolicyMapStatus const > const & policyMapStatus,

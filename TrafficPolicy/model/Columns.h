@@ -1,7 +1,6 @@
 // The columns of the text views: where each kind of line begins, counted in spaces from 0.
 //
-// Headings begin at 0; the values of a list that takes several lines stand under its first one
-// (ListLines).
+// Headings begin at 0; further values of a list are aligned with its first one (ListLines).
 
 #pragma once
 

@@ -8,7 +8,7 @@
 namespace TrafficPolicyCli {
 
 // The class's count action, or null when it has none. The actions may be null. A record that is
-// missing or of another class than its type names is traced and says nothing of a counter.
+// null or of another class than its type names is traced and ignored.
 inline PolicyMap::CountAction const * countActionOf( PolicyMap::ClassAction const * actions,
                                                      Vorn::String const & className ) {
    auto const * entry =

@@ -1,6 +1,5 @@
 // Where a policy is installed and where that failed, for one address family: VRF lists for the CPU
-// side, interface lists for the interface side. The keys are ordered, because the views list them
-// so.
+// side, interface lists for the interface side. Ordered, as the views list them.
 
 #pragma once
 

@@ -32,7 +32,8 @@ class VrfIntfStatus : public InterfaceStatus {
 };
 
 // The error text of the first interface that is not programmed for the family, in the set's order:
-// empty when that one has no text, even if a later one has. Empty when all are programmed.
+// empty when that one has no text, even if a later one has. Empty for null, or when all are
+// programmed.
 Vorn::String getInstalledErrorString( InterfaceStatus const * interfaceStatus,
                                       PolicyMap::ClassMapMatchOption option );
 

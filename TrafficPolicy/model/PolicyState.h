@@ -1,4 +1,4 @@
-// What a show command knows about one policy.
+// The cached state of one policy.
 
 #pragma once
 
@@ -49,13 +49,13 @@ class PolicyState : public Vorn::PtrInterface {
 
    VORN_SCALAR( Vorn::Ptr< TrafficPolicy::Counter const >, counter ) // the counter store, or null
 
-   VORN_ORDERED_MAP( Vorn::String, bool, namedCounter ) // the counters that the policy defines
-   VORN_SCALAR( bool, undefinedCounter ) // some rule counts into a counter that is not defined
+   VORN_ORDERED_MAP( Vorn::String, bool, namedCounter ) // the declared counters; stored true
+   VORN_SCALAR( bool, undefinedCounter ) // a rule counts into a counter that is not declared
 
    VORN_SCALAR( bool, byteCountersSupported ) // the hardware counts bytes beside packets
 };
 
-// What the hardware side knows of the policy's named counter; null where it does not know it.
+// The status of the policy's named counter; null where the hardware side does not have it.
 Vorn::Ptr< PolicyMap::PacketDataStatus const > const &
 namedCounterStatus( PolicyState const & policyState, Vorn::String const & counterName );
 

@@ -51,7 +51,7 @@ void ActionWriter::renderActions( Vorn::String const & className,
    auto const ours = []( auto const & entry ) {
       return static_cast< uint32_t >( entry.key ) <= PolicyMap::actionTypeMax;
    };
-   // By ascending type: when the first is none of ours, no other is.
+   // By ascending type: when the first belongs to another feature, all do.
    if ( !classAction || !*classAction || !( *classAction )->policyAction()
         || !ours( *( *classAction )->policyAction().begin() ) ) {
       trace.write( 8, "No actions mapped to ", className );
@@ -148,7 +148,7 @@ void ActionWriter::renderNamedCount( LineBegin begin, Vorn::String const & name 
    renderer_.text( begin, "Count: ", name, ": ", packets, " packets ", bytes, " bytes\n" );
 }
 
-// The hardware side does not know the counter: that is not a count of zero.
+// The hardware side does not have the counter: that is not a count of zero.
 void ActionWriter::renderInactive( LineBegin begin, Vorn::String const & name ) {
    static constexpr JsonKey undefined( "undefined" );
    renderer_.addJsonObject( name, JsonMember{ undefined, true } );

@@ -8,15 +8,15 @@
 
 namespace TrafficPolicyCli {
 
-// Writes the actions of one policy's rules. Rules are expected in about the configuration's order;
-// any order is right. Refers to the renderer and the policy's records; must not outlive them.
+// Writes the actions of one policy's rules. Fast when all rules are visited in about the
+// configuration's order; any order is correct. Must not outlive renderer and policy state.
 class ActionWriter {
 public:
    // showBytes adds byte counts beside the packet counts of named counters.
    ActionWriter( wendo::RendererV2 & renderer, PolicyState const & policyState, bool showBytes );
 
-   // The actions of this class, by ascending type; nothing for a class without any. The text block
-   // starts at the column.
+   // The actions of this class, by ascending type; nothing for a class without any. Text begins at
+   // the column. Asserts that each record is of the class that its type names.
    void renderActions( Vorn::String const & className,
                        PolicyMap::ClassMapStatus const & classStatus, unsigned indent );
 

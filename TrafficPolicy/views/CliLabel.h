@@ -20,8 +20,8 @@ struct CliMapEntry {
    std::string_view jsonName;
 };
 
-// Ordered by label, constant before the program starts. Everything that has a label and a key takes
-// both from here, so that no key is written twice.
+// Ordered by label, made at compile time. Whatever has both a label and a key takes them from here,
+// so that no key is written twice.
 inline constexpr auto cliMap = [] {
    std::array map{
       CliMapEntry{ "Source prefix", "srcPrefixes" },
@@ -66,7 +66,7 @@ public:
 
    constexpr PlainText const & text() const { return text_; }
    constexpr wendo::JsonKey const & key() const { return key_; }
-   // The text with ": " behind it, as it begins a line.
+   // The text and ": ", the beginning of a line.
    constexpr PlainText const & heading() const { return heading_; }
    constexpr ValueNames names() const { return names_; }
 
@@ -91,7 +91,7 @@ private:
       return wendo::JsonKey( *jsonName );
    }
 
-   wendo::JsonKey key_; // first: it is what refuses an unknown label
+   wendo::JsonKey key_; // first: its lookup refuses an unknown label
    PlainText text_;
    PlainText heading_;
    ValueNames names_;

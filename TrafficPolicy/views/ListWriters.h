@@ -1,7 +1,7 @@
 // The list writers of match conditions: prefixes, field-sets and ranges, each in ascending order.
 //
-// In text a list begins with its label; further values stand on lines of their own, in the column
-// of the first. An empty list has no line.
+// In text a list begins with its label; each further value has a line of its own, aligned with the
+// first. An empty list has no line.
 
 #pragma once
 
@@ -21,14 +21,13 @@ using wendo::LineBegin;
 PlainText const & numericalValueToStrFor( CliLabel const & label, uint32_t value,
                                           ClassMapMatchOption matchOption );
 
-// The beginnings of a list's text lines: the first value stands behind the heading, others under
-// it.
+// The beginnings of a list's lines: the heading for the first value, spaces as wide for others.
 class ListLines {
 public:
    ListLines( PlainText const & heading, unsigned indent )
       : indent_( indent )
       , heading_( &heading ) {}
-   // Before each value.
+   // Called before each value.
    LineBegin next() {
       static constexpr PlainText none;
       LineBegin const line{ wendo::indentation( indent_ ), *heading_ };
@@ -72,7 +71,7 @@ void renderSorted( wendo::RendererV2 & renderer, CliLabel const & label,
 void renderPrefixSet( wendo::RendererV2 & renderer, CliLabel const & label,
                       Vorn::HashSet< Pelx::IpGenPrefix > const & prefixes, unsigned indent );
 
-// The label is one made by CliLabel::fieldSet.
+// The label is made by CliLabel::fieldSet.
 void renderFieldSet( wendo::RendererV2 & renderer, CliLabel const & label,
                      Vorn::HashSet< Vorn::String > const & names, unsigned indent );
 

@@ -68,7 +68,7 @@ void renderFragment( RendererV2 & renderer, Fragment const & fragment, unsigned 
       }
       break;
    case FragmentType::other:
-      break; // nothing says how it would be shown
+      break; // has no form in the output
    }
 }
 

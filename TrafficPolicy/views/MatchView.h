@@ -7,8 +7,9 @@
 
 namespace TrafficPolicyCli {
 
-// Writes the conditions of one rule, in a fixed order, each text line indented by so many spaces.
-// Nothing for a rule without a structured filter.
+// Writes the conditions of one rule, in a fixed order; text lines are indented by this many spaces.
+// Nothing for a rule without a structured filter. Asserts that no prefix list is beside the prefix
+// field-sets of the same side.
 void renderMatches( wendo::RendererV2 & renderer, PolicyState const & policyState,
                     PolicyMap::ClassMapMatch const & classMapMatch, unsigned indent );
 

@@ -1,4 +1,4 @@
-// The line of a policy that names the counters which it declares.
+// The line of a policy's declared counters.
 
 #pragma once
 

@@ -1,4 +1,4 @@
-// Both policy views: one walk over the policies, over the binding and the labels of a side.
+// Both policy views: one walk over the policies, a template over the side's binding and labels.
 
 #include "TrafficPolicy/views/PolicyView.h"
 
@@ -21,7 +21,7 @@ using wendo::JsonKey;
 using wendo::JsonMember;
 using wendo::RendererV2;
 
-constexpr unsigned namesShown = 3; // in text, unless the detail is asked for
+constexpr unsigned namesShown = 3; // in text, without "detail"
 
 constexpr char allVrfsNote[] = "NOTE: \"vrf all\" option is applied on CPU for VRFs which are not "
                                "attached to a specific traffic policy\n";

@@ -7,7 +7,7 @@
 namespace TrafficPolicyCli {
 
 struct PolicyViewOptions {
-   bool errors;               // the command asked for installation errors
+   bool errors;               // installation errors in place of the rules
    bool countersPerInterface; // byte counts beside the packet counts of named counters
    bool allVrfs;              // a policy is configured for "vrf all" on the CPU
 };

@@ -1,4 +1,4 @@
-// What the policy views of the two sides call things: the whole difference between them in output.
+// The labels and JSON keys of the two sides: all that their policy views differ in.
 
 #pragma once
 

@@ -96,8 +96,8 @@ struct Context {
 static_assert( Vorn::declaredLines< ProtoField >.size() == 6 );
 static_assert( Vorn::declaredLines< Classification::TypeAndCode >.size() == 1 );
 
-// Calls the function for each kind of condition, in output order, with whether the protocol has one
-// and how it is written, until it returns true; and returns whether it did.
+// Calls visit( has, write ) for each kind of condition, in output order, until it returns true:
+// whether the protocol has the condition, and the function that writes it. Returns the last result.
 template< typename Visit >
 bool visitConditions( ProtocolRange const & range, ProtoField const & field, Visit const & visit ) {
    static constexpr CliLabel sourcePort( "Source port" );

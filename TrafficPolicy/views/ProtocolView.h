@@ -7,8 +7,8 @@
 
 namespace TrafficPolicyCli {
 
-// In text, protocols without any condition of their own form one list; as soon as one has some,
-// each stands on a line of its own with its conditions below, indented by a further step.
+// In text, protocols form one list when none has a condition of its own; otherwise each has a line
+// with its conditions below, indented by a further step.
 void renderProtocol( wendo::RendererV2 & renderer,
                      Classification::StructuredFilter const & structuredFilter, unsigned indent,
                      unsigned step, PolicyMap::ClassMapMatchOption matchOption );

@@ -1,17 +1,17 @@
 // The renderer contract: the operations that every view writes through, and their exact bytes.
 //
-// Text operations with an underscore-less name test the format themselves and write nothing in
-// JSON, and the other way round, so that a view may call both unconditionally; write, writeString
-// and the operations that begin with an underscore leave the test to the caller.
+// Operations test the format themselves: those for text write nothing in JSON, and the other way
+// round, so that a view calls both unconditionally. write, writeString, writeQuotedString,
+// writeJsonValue and the operations that begin with an underscore leave the test to the caller.
 //
 // JSON containers are opened as scopes, which close themselves:
 //
 //    auto const policy = renderer.object( state.name() );
 //    auto const rules = renderer.list( rulesKey );
 //
-// A key is a JsonKey, a Vorn::String or anything that is a std::string_view; with an empty key a
-// member is a list element. The JSON state is what stands before the next member: brackets of
-// scopes that ended, and a comma unless it is the first of its container.
+// A key is a JsonKey, a Vorn::String or anything that converts to std::string_view; with an empty
+// key a member is a list element. The renderer's only state is the prefix of the next member:
+// brackets of scopes that ended, and a comma unless it is the first of its container.
 
 #pragma once
 
@@ -35,10 +35,11 @@ template< typename Value >
 concept StandardText =
    std::convertible_to< Value const &, std::string_view > && !std::same_as< Value, std::nullptr_t >;
 
-// An open object, list or list entry of a JSON reply; nothing in text. Its end writes nothing: it
-// leaves the bracket with the renderer, which writes it before the next member or the root's end.
-// So closing costs no reservation of its own, cannot throw, and an exception that leaves the view
-// ends the reply where it was, without brackets that would make it look complete.
+// An open object, list or list entry of a JSON reply; nothing in text. Its destructor writes
+// nothing: it leaves the bracket to the renderer, which writes it before the next member or the
+// root's end. So closing takes no reservation and cannot throw, and an exception that leaves the
+// view cuts the reply where it was, without brackets that would make it look complete.
+// Must not outlive the renderer.
 class [[nodiscard]] JsonScope {
 public:
    JsonScope( JsonScope const & ) = delete;
@@ -55,15 +56,15 @@ private:
    char bracket_;
 };
 
-// The buffer needs the room of the pieces that one operation writes: a kilobyte will do.
+// The buffer outlives the renderer; a kilobyte has room for the pieces of one operation.
 class RendererV2 : public Renderer {
 public:
    RendererV2( OutputFormat_t format, PrintBuffer & buffer )
       : Renderer( format, buffer ) {}
 
-   // Text: the caller has tested for it.
+   // Text: the caller has tested the format.
 
-   // The pieces, one behind the other (see Pieces.h).
+   // The pieces, concatenated (see Pieces.h).
    template< typename... Pieces >
    [[gnu::always_inline]] void write( Pieces const &... pieces ) {
       size_t const needed = ( room( pieces ) + ... );
@@ -85,7 +86,7 @@ public:
       write( label, textPiece( value ) );
    }
 
-   // Text: tested here.
+   // Text: nothing in JSON.
 
    // The pieces as text.
    template< typename... Pieces >
@@ -103,7 +104,7 @@ public:
       }
    }
 
-   // JSON: the caller has tested for it.
+   // JSON: the caller has tested the format.
 
    void writeQuotedString( std::string_view text ) {
       writeBrackets();
@@ -170,7 +171,7 @@ public:
       }
    }
 
-   // JSON: tested here.
+   // JSON: nothing in text.
 
    // The root object, and its end with the reply's newline.
    void startJsonRoot() {
@@ -265,7 +266,7 @@ private:
       write( prefix_, pieces... );
       prefix_.memberWritten();
    }
-   // The brackets of ended scopes, before something that is no member.
+   // The brackets of ended scopes, before what is not a member.
    void writeBrackets() {
       if ( prefix_.brackets() > 0 ) {
          char * const to = buffer().getBuffer( room( prefix_ ) );

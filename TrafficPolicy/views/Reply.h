@@ -10,8 +10,9 @@ namespace TrafficPolicyCli {
 static_assert( wendo::tooMuch <= wendo::WendoBuffer::viewCapacity );
 
 // Calls the function with a renderer for the format (1 text, 2 JSON) inside the open root, then
-// ends the reply and writes it out, so that an error of the descriptor reaches the caller. When an
-// exception leaves the function, what was written so far still reaches the descriptor.
+// ends the reply and flushes it, so that an error of the descriptor reaches the caller as
+// std::system_error. When an exception leaves the function, what was written so far still reaches
+// the descriptor.
 template< typename Write >
 void writeReply( unsigned fd, unsigned format, Write const & write ) {
    wendo::WendoBuffer buffer( static_cast< int >( fd ), wendo::WendoBuffer::viewCapacity, true );

@@ -56,9 +56,7 @@ Rule readRule( JsonValue & value, SharedActions & shared ) {
    return rule;
 }
 
-// Enters the rules with room taken at once, names in the file's order, numbers sorted.
-// Asks for the name of a rule to come, and for the places where it will be entered: names are
-// hashed, so that those stand anywhere.
+// Prefetches the name of a later rule, and the index slots that another one will be entered at.
 void prefetchEntry( std::vector< Rule > const & rules, size_t rule,
                     PolicyMapSubConfig const & config ) {
    constexpr size_t far = 16; // rules
@@ -70,6 +68,7 @@ void prefetchEntry( std::vector< Rule > const & rules, size_t rule,
    }
 }
 
+// Enters the rules: names in the file's order, numbers sorted, with room reserved for all.
 void enterRules( JsonValue & list, std::vector< Rule > const & rules,
                  PolicyMapSubConfig & config ) {
    config.classesReserve( rules.size() );
@@ -77,7 +76,8 @@ void enterRules( JsonValue & list, std::vector< Rule > const & rules,
    bySequence.reserve( rules.size() );
    for ( Rule const & rule : rules ) {
       prefetchEntry( rules, static_cast< size_t >( &rule - rules.data() ), config );
-      // A rule without conditions has no entry to tell its name by, so it gets an empty one.
+      // A rule without conditions gets an empty entry: it marks the name as taken, and the status
+      // reader follows the names of these entries.
       auto const match = rule.match ? rule.match : Vorn::create< ClassMapSubConfig >();
       if ( !config.rawClassMapIs( rule.name, match ) ) {
          list.fail( "the rule name " + quoted( rule.name.view() ) + " is given twice" );

@@ -24,7 +24,7 @@ namespace {
    throw FileError( path + ": " + std::strerror( error ) );
 }
 
-// The file behind a symbolic link, so that replacing it keeps the link.
+// The target of a symbolic link, so that replacing it keeps the link.
 std::string resolved( std::string const & path ) {
    std::unique_ptr< char, decltype( &std::free ) > const real( ::realpath( path.c_str(), nullptr ),
                                                                &std::free );
@@ -36,9 +36,8 @@ std::string folderOf( std::string const & path ) {
    return slash == path.npos ? "." : slash == 0 ? "/" : path.substr( 0, slash );
 }
 
-// A new file beside the store, gone again unless it takes the store's place. Its name is always the
-// same, so that what a killed process leaves is overwritten by the next; the lock keeps others
-// away.
+// A new file beside the store, removed unless it replaces the store. Its name is fixed, so that the
+// file of a killed process is overwritten by the next one; the lock keeps others away.
 class Replacement {
 public:
    explicit Replacement( std::string const & path )

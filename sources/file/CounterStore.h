@@ -1,7 +1,7 @@
 // The counter store on disk.
 //
-// It is replaced as a whole: a reader sees the old one or the new one, and whatever goes wrong
-// while the new one is written leaves the old one as it was.
+// It is replaced as a whole: a reader sees the old one or the new one, and an error while the new
+// one is written leaves the old one unchanged.
 
 #pragma once
 
@@ -12,8 +12,8 @@
 
 namespace tpcli {
 
-// Reads a store; an empty one where the file is not there. The status tells names that are known
-// already. Throws FileError.
+// Reads a store; returns an empty one when the file does not exist or the path is empty. Names of
+// rules are shared with the status. Throws FileError, and SigIntException on interrupt.
 Vorn::Ptr< TrafficPolicy::Counter >
 readCounterStore( std::string const & path, PolicyMap::PolicyMapTypeStatus const & status );
 
@@ -21,8 +21,9 @@ readCounterStore( std::string const & path, PolicyMap::PolicyMapTypeStatus const
 // Throws FileError.
 void writeCounterStore( std::string const & path, TrafficPolicy::Counter const & store );
 
-// While this lives, no other clear reads or writes a store in the same folder. Waits for it; an
-// interrupt ends the wait. The lock is on the folder, so that it leaves no file behind.
+// An exclusive lock for clears: no other clear reads or writes a store in the same folder
+// meanwhile. The constructor waits for it; throws SigIntException on interrupt, FileError when the
+// folder cannot be locked. The lock is on the folder, so that no lock file is needed.
 class CounterStoreLock {
 public:
    explicit CounterStoreLock( std::string const & path );

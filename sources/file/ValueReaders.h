@@ -42,13 +42,14 @@ Range readRange( JsonValue & value, std::string_view what, uint32_t maximum ) {
    return range;
 }
 
-// An address, "/" and a length. The family is the rule's; a rule of another kind takes both.
+// An address, "/" and a length. IPv4 or IPv6 as the rule's family; other families take both. Fails
+// when bits beyond the length are set.
 Pelx::IpGenPrefix readPrefix( JsonValue & value, PolicyMap::ClassMapMatchOption family );
 
 L3::VrfName readVrf( JsonValue & value );
 L3::VrfName vrfOf( std::string_view name, JsonValue const & place );
 
-// The family that a name stands for; fails at the place when there is none.
+// The family with this name; fails at the place when there is none.
 PolicyMap::ClassMapMatchOption familyOf( std::string_view name, JsonValue const & place );
 
 Umbo::UniqueId readUniqueId( JsonValue & value );
@@ -85,7 +86,7 @@ auto readNamed( JsonValue & value, Table const & table ) {
    value.fail( quoted( text ) + " is not one of " + choices );
 }
 
-// One of the enumeration's values that are offered, by its name.
+// One of the offered values of an enumeration, by its name. An error lists them in this order.
 template< typename Enum, size_t count, typename... Offered >
 Enum readEnum( JsonValue & value, Names::EnumNames< Enum, count > const & names,
                Offered... offered ) {

@@ -10,7 +10,7 @@
 
 namespace PolicyMap {
 
-// The platform's action types that a traffic policy uses.
+// The platform's action types that a traffic policy uses, with the platform's numbers.
 enum class ActionType : uint32_t {
    drop = 5,
    setDscp = 7,
@@ -19,9 +19,10 @@ enum class ActionType : uint32_t {
    count = 14,
    log = 16,
 };
-// Types above this one are no business of a traffic policy.
+// Types above this one belong to other features.
 inline constexpr uint32_t actionTypeMax = 21;
 
+// Bits per second with decimal prefixes, packets per second.
 enum class RateUnit : uint8_t { bps, kbps, mbps, gbps, pps };
 
 constexpr wendo::PlainText nameOf( RateUnit unit ) {
@@ -47,8 +48,8 @@ inline wendo::PlainText const & rateUnitText( RateUnit unit ) {
    return rateUnits[unit];
 }
 
-// Types without a value (drop, log) have a record of this class itself. Records do not change, so
-// rules may share them.
+// An action. Types without a value (drop, log) have a record of this class itself. Immutable, so
+// that rules may share a record.
 class Action : public Vorn::PtrInterface {
    VORN_RECORD( Action )
 
@@ -58,7 +59,7 @@ class Action : public Vorn::PtrInterface {
    VORN_INPUT( ActionType, actionType )
 };
 
-// The action as a record of exactly this class, or null when it is none.
+// The action as a record of exactly this class; null for another class or a null action.
 template< typename Record >
 Record const * actionAs( Action const * action ) {
    return action && &action->type() == &Record::typeRecord()
@@ -66,6 +67,7 @@ Record const * actionAs( Action const * action ) {
              : nullptr;
 }
 
+// Counts the packets.
 class CountAction : public Action {
    VORN_RECORD( CountAction )
 
@@ -76,6 +78,7 @@ class CountAction : public Action {
    VORN_INPUT( Vorn::String, counterName ) // empty: the rule's own counter
 };
 
+// Drops packets above a rate.
 class PoliceAction : public Action {
    VORN_RECORD( PoliceAction )
 
@@ -88,6 +91,7 @@ class PoliceAction : public Action {
    VORN_INPUT( RateUnit, unit )
 };
 
+// Rewrites the DSCP field.
 class SetDscpAction : public Action {
    VORN_RECORD( SetDscpAction )
 
@@ -95,18 +99,19 @@ class SetDscpAction : public Action {
       : Action( ActionType::setDscp )
       , value_( dscp ) {}
 
-   VORN_INPUT( uint8_t, value ) // a DSCP code point (RFC 2474), 0 to 63
+   VORN_INPUT( uint8_t, value ) // code point (RFC 2474), 0 to 63
 };
 
+// The actions of one class.
 class ClassAction : public Vorn::PtrInterface {
    VORN_RECORD( ClassAction )
 
    // Most rules have one action and a count.
    using PolicyActions = Vorn::SortedArray< ActionType, Vorn::Ptr< Action const >, 2 >;
 
-   // By ascending type.
+   // By ascending type. A handle is a record of the class that its type names, not null.
    PolicyActions const & policyAction() const { return policyAction_; }
-   // The action of this type, or null.
+   // The action of this type; null when there is none.
    Action const * policyAction( ActionType type ) const {
       auto const * action = policyAction_.lookup( type );
       return action ? action->get() : nullptr;
@@ -114,7 +119,7 @@ class ClassAction : public Vorn::PtrInterface {
    void policyActionIs( ActionType type, Vorn::Ptr< Action const > const & action ) {
       policyAction_.set( type, action );
    }
-   // Room for this many actions, for whoever fills the record.
+   // Reserves room for this many actions.
    void policyActionReserve( size_t actions ) { policyAction_.reserve( actions ); }
 
    static constexpr unsigned prefetchSteps = 1;
@@ -134,6 +139,7 @@ using ClassActions = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassAction const >
 
 namespace TrafficPolicy {
 
+// Assigns the traffic class.
 class SetTcAction : public PolicyMap::Action {
    VORN_RECORD( SetTcAction )
 
@@ -141,7 +147,7 @@ class SetTcAction : public PolicyMap::Action {
       : Action( PolicyMap::ActionType::setTc )
       , value_( trafficClass ) {}
 
-   VORN_INPUT( uint8_t, value ) // a traffic class
+   VORN_INPUT( uint8_t, value )
 };
 
 } // namespace TrafficPolicy

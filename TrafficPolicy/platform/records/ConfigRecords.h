@@ -1,4 +1,6 @@
 // The configuration that the shows read: policies, their rules, and where they are applied.
+//
+// A handle in a collection is not null; one that is null all the same is traced and skipped.
 
 #pragma once
 
@@ -10,7 +12,7 @@
 
 namespace PolicyMap {
 
-// The definition of one class.
+// The definition of one class: its match condition per address family.
 class ClassMapSubConfig : public Vorn::PtrInterface {
    VORN_RECORD( ClassMapSubConfig )
 
@@ -45,9 +47,9 @@ class PolicyMapSubConfig : public Vorn::PtrInterface {
 
    VORN_HASHED_MAP( Vorn::String, Vorn::Ptr< ClassMapSubConfig const >, rawClassMap )
    VORN_HASHED_MAP( Vorn::String, Vorn::Ptr< ClassAction const >, classAction )
-   VORN_SET( Vorn::String, namedCounter ) // the named counters that the policy defines
+   VORN_SET( Vorn::String, namedCounter ) // the named counters that the policy declares
 
-   // Room for this many classes, for whoever fills the record.
+   // Reserves room for this many classes.
    void classesReserve( size_t classes ) {
       classSequence_.reserve( classes );
       rawClassMap_.reserve( classes );
@@ -58,20 +60,21 @@ private:
    ClassSequence classSequence_;
 };
 
+// A policy: its committed version.
 class PolicyMapConfig : public Vorn::PtrInterface {
    VORN_RECORD( PolicyMapConfig )
 
    VORN_SCALAR( Vorn::Ptr< PolicyMapSubConfig const >, currCfg ) // null: nothing is committed
 };
 
-// Which policy is configured on the CPU, by VRF. The VRF name "all" stands for those not named.
+// The policy configured on the CPU, by VRF. The name "all" means every VRF without an entry.
 class VrfConfig : public Vorn::PtrInterface {
    VORN_RECORD( VrfConfig )
 
    VORN_HASHED_MAP( L3::VrfName, Vorn::String, trafficPolicies )
 };
 
-// Which policy is configured on each interface.
+// The policy configured on each interface.
 class IntfConfig : public Vorn::PtrInterface {
    VORN_RECORD( IntfConfig )
 
@@ -82,6 +85,7 @@ class IntfConfig : public Vorn::PtrInterface {
 
 namespace TrafficPolicy {
 
+// All policies, by name.
 class TrafficPolicyConfig : public Vorn::PtrInterface {
    VORN_RECORD( TrafficPolicyConfig )
 

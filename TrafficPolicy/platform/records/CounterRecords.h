@@ -10,6 +10,7 @@
 
 namespace PolicyMap {
 
+// The counts of one counter.
 struct PacketAndByte {
    uint64_t packets = 0;
    uint64_t bytes = 0;
@@ -28,7 +29,7 @@ class IntfCountData : public Vorn::PtrInterface {
    VORN_SCALAR( PacketAndByte, countData )
 };
 
-// A named counter of a policy, as the hardware side knows it.
+// A named counter of a policy, as the hardware side reports it.
 class PacketDataStatus : public Vorn::PtrInterface {
    VORN_RECORD( PacketDataStatus )
 
@@ -38,6 +39,7 @@ class PacketDataStatus : public Vorn::PtrInterface {
    VORN_INPUT( Vorn::String, name )
    VORN_SCALAR( Umbo::UniqueId, uniqueId )
    VORN_SCALAR( PacketAndByte, total ) // on all interfaces
+   // Per interface, not null; empty where the hardware does not count per interface.
    VORN_ORDERED_MAP( Pelx::IntfId, Vorn::Ptr< IntfCountData const >, intfCountData )
 };
 
@@ -53,7 +55,7 @@ struct PolicyMemberKey {
    uint32_t hash( uint32_t seed = 0 ) const {
       return Vorn::hashMix( seed ^ policyName.hash() ) ^ name.hash();
    }
-   // The name first: in most stores it alone tells keys apart.
+   // The name first: it is what usually differs.
    friend bool operator==( PolicyMemberKey const & a, PolicyMemberKey const & b ) {
       return a.name == b.name && a.policyName == b.policyName;
    }
@@ -84,7 +86,7 @@ class NamedCounterVersion : public Vorn::PtrInterface {
    PerIntfCount const & perIntfCount() const { return perIntfCount_; }
    // The interface's entry, or null.
    PolicyMap::IntfCountData const * perIntfCount( Pelx::IntfId const & intf ) const;
-   // Creates the entry with this id, or returns the one that is there.
+   // Creates the entry with this id; an existing one is returned and keeps its own id.
    PolicyMap::IntfCountData & perIntfCountIs( Pelx::IntfId const & intf,
                                               Umbo::UniqueId const & id );
    void perIntfCountDel( Pelx::IntfId const & intf ) { perIntfCount_.erase( intf ); }
@@ -100,15 +102,16 @@ class Counter : public Vorn::PtrInterface {
    using NamedSnapshots = Vorn::HashMap< NamedCounterKey, Vorn::Ptr< NamedCounterVersion > >;
 
    VORN_HASHED_MAP( CounterKey, CounterVersion, snapshot )
-   VORN_SCALAR( double, timestamp ) // wall-clock time of the last clear, in seconds
+   VORN_SCALAR( double, timestamp ) // of the last clear: seconds since the epoch, wall clock
 
    NamedSnapshots const & namedSnapshot() const { return namedSnapshot_; }
    // The counter's snapshot, or null.
    NamedCounterVersion const * namedSnapshot( NamedCounterKey const & key ) const;
-   // Creates the snapshot with this id, or returns the one that is there, which keeps its own id.
+   // Creates the snapshot with this id; an existing one is returned and keeps its own id.
    NamedCounterVersion & namedSnapshotIs( NamedCounterKey const & key, Umbo::UniqueId const & id );
    void namedSnapshotDel( NamedCounterKey const & key ) { namedSnapshot_.erase( key ); }
 
+   // Reserves room for the snapshots of this many rules.
    void snapshotReserve( size_t rules ) { snapshot_.reserve( rules ); }
 
 private:

@@ -9,7 +9,7 @@
 
 namespace PolicyMap {
 
-// Other values exist in the platform; they have no name here.
+// The platform has further values, which have no name here.
 enum class ClassMapMatchOption : uint32_t { ipv4 = 0, ipv6 = 1, mac = 2, mpls = 3 };
 
 constexpr wendo::PlainText nameOf( ClassMapMatchOption option ) {

@@ -1,6 +1,8 @@
-// What a rule matches: the structured filter of one address family and what hangs under it.
+// What a rule matches: the structured filter of one address family and the records below it.
 //
-// Records are filled by an adapter and immutable while a command reads them.
+// Filled by an adapter and immutable while a command reads them. An empty collection, a null handle
+// and a default value mean that there is no such condition. A handle in a collection is not null;
+// one that is null all the same is traced and skipped.
 
 #pragma once
 
@@ -11,8 +13,8 @@
 
 namespace Classification {
 
-// The bits 0x200 (an initial SYN) and 0x100 (an established connection) are known; all zero means
-// no TCP flag condition.
+// The bits of the platform, not those of the TCP header (RFC 9293). Two have a meaning: an initial
+// SYN and an established connection. All zero: no condition.
 struct TcpFlagAndMask {
    static constexpr uint16_t initialSyn = 0x200;
    static constexpr uint16_t established = 0x100;
@@ -31,13 +33,14 @@ struct TcpFlagName {
 inline constexpr TcpFlagName tcpFlagNames[] = { { TcpFlagAndMask::initialSyn, "initial-syn" },
                                                 { TcpFlagAndMask::established, "established" } };
 
+// The ICMP codes of one range of types.
 class TypeAndCode : public Vorn::PtrInterface {
    VORN_RECORD( TypeAndCode )
 
    VORN_SET( IcmpCodeRange, icmpCode ) // empty: all codes of the type
 };
 
-// The layer-4 conditions that few protocols of a rule have.
+// The rarer conditions of ProtoField.
 class RareProtoConditions {
    VORN_PART( RareProtoConditions )
 
@@ -46,7 +49,7 @@ class RareProtoConditions {
    VORN_HASHED_MAP( IcmpTypeRange, Vorn::Ptr< TypeAndCode const >, icmp )
 };
 
-// The layer-4 conditions of one protocol range.
+// The layer-4 conditions of one protocol range. A port list and port field-sets may be combined.
 class ProtoField : public Vorn::PtrInterface {
    VORN_RECORD( ProtoField )
 
@@ -75,6 +78,7 @@ constexpr wendo::PlainText nameOf( FragmentType type ) {
 
 inline constexpr Names::EnumNames< FragmentType, 3 > fragmentTypes( nameOf );
 
+// A condition on IP fragments.
 class Fragment : public Vorn::PtrInterface {
    VORN_RECORD( Fragment )
 
@@ -82,6 +86,7 @@ class Fragment : public Vorn::PtrInterface {
    VORN_SET( FragmentOffsetRange, offset ) // used with FragmentType::offset
 };
 
+// Protocols whose own traffic, or whose neighbours' traffic, a rule can match.
 enum class RoutingProtocol : uint8_t { none = 0, bgp = 1 };
 
 constexpr wendo::PlainText nameOf( RoutingProtocol protocol ) {
@@ -96,7 +101,7 @@ constexpr wendo::PlainText nameOf( RoutingProtocol protocol ) {
 
 inline constexpr Names::EnumNames< RoutingProtocol, 2 > routingProtocols( nameOf );
 
-// The conditions that few rules have.
+// The rarer conditions of StructuredFilter.
 class RareConditions {
    VORN_PART( RareConditions )
 
@@ -111,7 +116,8 @@ class RareConditions {
    VORN_SCALAR( bool, matchIpOptions )
 };
 
-// A prefix list is never used together with the prefix field-sets of the same side.
+// The conditions of a rule; a packet meets all of them. A side has either prefixes or prefix
+// field-sets.
 class StructuredFilter : public Vorn::PtrInterface {
    VORN_RECORD( StructuredFilter )
 
@@ -142,6 +148,7 @@ class ClassMapMatch : public Vorn::PtrInterface {
       : matchOption_( option ) {}
 
    VORN_INPUT( ClassMapMatchOption, matchOption )
+   // Null: there are no conditions to show.
    VORN_SCALAR( Vorn::Ptr< Classification::StructuredFilter const >, structuredFilter )
 };
 

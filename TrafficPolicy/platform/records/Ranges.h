@@ -9,7 +9,7 @@
 
 namespace Classification {
 
-// From low to high, both inclusive; equal bounds stand for one value. Ordered by low, then high.
+// From low to high, both inclusive; equal bounds mean one value. Ordered by low, then high.
 struct NumericalRange {
    uint32_t low = 0;
    uint32_t high = 0;
@@ -18,14 +18,14 @@ struct NumericalRange {
    friend auto operator<=>( NumericalRange const &, NumericalRange const & ) = default;
 };
 
-// Each kind has its own value space; a range of one kind never stands for one of another.
-struct PortRange : NumericalRange {};           // TCP and UDP ports
-struct TtlRange : NumericalRange {};            // TTL, hop limit
-struct DscpRange : NumericalRange {};           // DSCP code points (RFC 2474)
+// A type for each number space, so that ranges of two spaces do not mix.
+struct PortRange : NumericalRange {};           // TCP and UDP ports, 0 to 65535
+struct TtlRange : NumericalRange {};            // TTL (IPv4), hop limit (IPv6), 0 to 255
+struct DscpRange : NumericalRange {};           // DSCP code points (RFC 2474), 0 to 63
 struct PacketLengthRange : NumericalRange {};   // IP packet length in bytes
 struct FragmentOffsetRange : NumericalRange {}; // fragment offset
-struct IcmpTypeRange : NumericalRange {};       // ICMP types
-struct IcmpCodeRange : NumericalRange {};       // ICMP codes of a type
-struct ProtocolRange : NumericalRange {};       // IP protocol numbers
+struct IcmpTypeRange : NumericalRange {};       // ICMP types (RFC 792, RFC 4443), 0 to 255
+struct IcmpCodeRange : NumericalRange {};       // ICMP codes of a type, 0 to 255
+struct ProtocolRange : NumericalRange {};       // IP protocol numbers (IANA), 0 to 255
 
 } // namespace Classification

@@ -1,4 +1,6 @@
 // What the hardware side reports: which rules are installed, where, and their counts.
+//
+// A handle in a collection is not null; one that is null all the same is traced and skipped.
 
 #pragma once
 
@@ -15,8 +17,8 @@ struct InstalledStatus {
    static constexpr uint8_t programmed = 1;
    static constexpr uint8_t failed = 2;
 
-   uint8_t status = 0; // any other code: neither
-   Vorn::String error;
+   uint8_t status = 0; // any other code: not processed
+   Vorn::String error; // shown when the installation failed; may be empty
 };
 
 // The codes that have a name.
@@ -35,6 +37,7 @@ class IntfStatus : public Vorn::PtrInterface {
    VORN_HASHED_MAP( ClassMapMatchOption, InstalledStatus, installed )
 };
 
+// A class that the hardware side has processed.
 class ClassMapStatus : public Vorn::PtrInterface {
    VORN_RECORD( ClassMapStatus )
 
@@ -42,7 +45,7 @@ class ClassMapStatus : public Vorn::PtrInterface {
       : name_( className ) {}
 
    VORN_INPUT( Vorn::String, name )
-   VORN_SET( ClassMapMatchOption, match ) // the families that the class is programmed for
+   VORN_SET( ClassMapMatchOption, match ) // the family it is programmed for, at most one
    size_t matchs() const { return match().size(); }
    VORN_SCALAR( Umbo::UniqueId, uniqueId )
    VORN_SCALAR( uint64_t, packetCount ) // packets since the id was issued
@@ -53,6 +56,7 @@ class ClassMapStatus : public Vorn::PtrInterface {
 
 using ClassStatuses = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassMapStatus const > >;
 
+// A policy that the hardware side has processed.
 class PolicyMapStatus : public Vorn::PtrInterface {
    VORN_RECORD( PolicyMapStatus )
 
@@ -63,6 +67,7 @@ class PolicyMapStatus : public Vorn::PtrInterface {
    VORN_HASHED_MAP( Vorn::String, Vorn::Ptr< ClassMapStatus const >, cmap )
    VORN_HASHED_MAP( Vorn::String, Vorn::Ptr< PacketDataStatus const >, counterStatus )
    VORN_HASHED_MAP( Pelx::IntfId, Vorn::Ptr< IntfStatus const >, intfStatus )
+   // Reserves room for this many classes.
    void cmapReserve( size_t classes ) { cmap_.reserve( classes ); }
 };
 
@@ -78,12 +83,14 @@ class PolicyMapTypeStatus : public Vorn::PtrInterface {
 
 namespace TrafficPolicy {
 
+// The status of all traffic policies.
 class Status : public PolicyMap::PolicyMapTypeStatus {
    VORN_RECORD( Status )
 
    VORN_SCALAR( bool, byteCountersSupported ) // the hardware counts bytes beside packets
 };
 
+// How the hardware keeps named counters of ingress policies.
 enum class CounterGranularity : uint8_t { unknown = 0, perPolicy = 1, perInterface = 2 };
 
 constexpr wendo::PlainText nameOf( CounterGranularity granularity ) {
@@ -100,6 +107,7 @@ constexpr wendo::PlainText nameOf( CounterGranularity granularity ) {
 
 inline constexpr Names::EnumNames< CounterGranularity, 3 > counterGranularities( nameOf );
 
+// Capabilities of policies on interfaces.
 class TrafficPolicyIntfParamStatus : public Vorn::PtrInterface {
    VORN_RECORD( TrafficPolicyIntfParamStatus )
 
@@ -110,6 +118,7 @@ class TrafficPolicyIntfParamStatus : public Vorn::PtrInterface {
 
 namespace L3::Intf {
 
+// The layer-3 status of one interface.
 class Status : public Vorn::PtrInterface {
    VORN_RECORD( Status )
 
@@ -119,6 +128,7 @@ class Status : public Vorn::PtrInterface {
    VORN_INPUT( VrfName, vrf ) // the VRF that the interface belongs to
 };
 
+// The layer-3 interfaces. Null, or no entry: not a layer-3 interface.
 class StatusDir : public Vorn::PtrInterface {
    VORN_RECORD( StatusDir )
 

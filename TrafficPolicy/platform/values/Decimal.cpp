@@ -2,7 +2,7 @@
 
 namespace Decimal {
 
-// At most three parts of eight digits: two divisions, whatever the number of digits.
+// At most three parts of eight digits: two divisions for any number of digits.
 char * putLarge( char * to, uint64_t value ) {
    constexpr uint64_t part = 100'000'000;
    uint64_t const upper = value / part;

@@ -1,8 +1,8 @@
 // Numbers in decimal, two digits at a time from a table, without a library division on 32-bit CPUs.
 //
-// How many digits a number has is different from number to number, so that a branch on it is
-// guessed wrongly time and again. Up to four digits are made in a word, leading zeros included;
-// the word is shifted by the number of those and stored whole.
+// The number of digits varies, so that a branch on it is often mispredicted. Up to four digits are
+// made in a word, leading zeros included; the word is shifted by the number of zeros and stored
+// whole.
 
 #pragma once
 
@@ -32,7 +32,7 @@ inline void putPair( char * to, uint32_t value ) {
 
 inline constexpr bool firstIsLow = std::endian::native == std::endian::little;
 
-// All four digits of a value below 10'000, as they stand in memory.
+// All four digits of a value below 10'000, in memory order.
 inline uint32_t fourDigits( uint32_t value ) {
    uint16_t first = 0;
    uint16_t second = 0;
@@ -61,10 +61,11 @@ inline char * putEight( char * to, uint32_t value ) {
    return to + 8;
 }
 
+// The digits of a value of at least 100'000'000. Returns the end.
 char * putLarge( char * to, uint64_t value );
 
 // Writes the value without a terminator and returns its end. The buffer holds at least digitsMax
-// bytes: behind a short number, some that are none of its digits are written too.
+// bytes: up to three bytes after a short number are overwritten.
 inline char * put( char * to, uint32_t value ) {
    if ( value < 10'000 ) {
       return putSmall( to, value );

@@ -1,4 +1,4 @@
-// The names of an enumeration: one table for those who write them and those who read them.
+// The names of an enumeration: one table for writers and readers.
 //
 //    constexpr wendo::PlainText nameOf( RateUnit unit ) {
 //       switch ( unit ) { // no default: the compiler finds an enumerator without a name

@@ -11,7 +11,7 @@ namespace {
 
 constexpr char hexDigits[] = "0123456789abcdef";
 
-// A byte in decimal with a dot behind it, padded to a word, and the length of that.
+// A byte in decimal and a dot, padded to a word, and its length without the padding.
 struct DottedByte {
    char text[4];
    uint8_t size;
@@ -40,7 +40,7 @@ char * putDotted( char * to, uint8_t value ) {
    return to + dotted.size;
 }
 
-// The four bytes with dots between them; may write up to three bytes more.
+// The four bytes with dots between them; may write up to three bytes beyond.
 char * putIp4( char * to, uint8_t const * bytes ) {
    for ( int i = 0; i < 4; ++i ) {
       to = putDotted( to, bytes[i] );
@@ -64,7 +64,7 @@ struct ZeroRun {
    int length = 1; // a single zero group is not shortened
 };
 
-// The first of the longest runs of zero groups.
+// The first of the longest runs of zero groups (RFC 5952, section 4.2).
 ZeroRun longestZeroRun( unsigned const ( &groups )[8] ) {
    ZeroRun longest;
    for ( int begin = 0; begin < 8; ++begin ) {

@@ -40,12 +40,12 @@ public:
    enum class Family : uint8_t { ipv4 = 1, ipv6 = 2 };
    // The longest text: an IPv6 address, "/128".
    static constexpr size_t textMax = Ip6Addr::textMax + 4;
-   // Room that printToBuffer needs: it may write whole words beyond the text's end.
+   // Room that printToBuffer needs: it may write up to three bytes beyond the text's end.
    static constexpr size_t printRoom = 64;
 
    // 0.0.0.0/0
    IpGenPrefix() = default;
-   // Bits behind the length are expected to be clear.
+   // The length is at most 32 or 128; bits beyond it are clear. Not checked.
    explicit IpGenPrefix( Ip4Prefix const & prefix );
    explicit IpGenPrefix( Ip6Prefix const & prefix );
 
@@ -71,7 +71,7 @@ private:
 };
 
 // Writes at most size - 1 characters of the prefix's text and a terminator (nothing when size is
-// 0), and returns the full length of the text.
+// 0), and returns the full length of the text, as std::snprintf does.
 size_t to_stringb( char * buffer, size_t size, IpGenPrefix const & prefix );
 
 } // namespace Pelx

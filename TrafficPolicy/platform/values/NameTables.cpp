@@ -59,7 +59,7 @@ constexpr struct {
    { 46, "ef" },   { 48, "cs6" },  { 56, "cs7" },
 };
 
-// By number; the last one is empty and stands for all beyond the table.
+// By number; the last name is empty and serves all numbers beyond the table.
 template< size_t numbers >
 using Table = std::array< PlainText, numbers + 1 >;
 

@@ -8,14 +8,14 @@
 
 namespace Names {
 
-// Empty for a number without a name.
+// All are empty for a number without a name.
 
 // DSCP code points, from the IANA registry "Differentiated Services Field Codepoints"
 // (RFC 2474, RFC 2597, RFC 3246, RFC 5865, RFC 8622).
 wendo::PlainText const & dscp( uint32_t codePoint );
 
 // IP protocol numbers, from the IANA registry "Assigned Internet Protocol Numbers". Each family has
-// the protocols that may follow its header.
+// the protocols that can follow its header.
 wendo::PlainText const & ipv4Protocol( uint32_t number );
 wendo::PlainText const & ipv6Protocol( uint32_t number );
 

@@ -6,7 +6,7 @@
 
 namespace Umbo {
 
-// Opaque: only equality means anything. Default-constructed it means that there is no id.
+// Opaque: only equality has a meaning. A default-constructed one means "no id".
 class UniqueId {
 public:
    constexpr UniqueId() = default;

@@ -1,5 +1,5 @@
-// Assertions that stay in every build: a broken invariant inside the switch must end the process
-// rather than show wrong data.
+// Assertions that are active in every build: a broken invariant ends the process rather than show
+// wrong data.
 
 #pragma once
 
@@ -11,7 +11,7 @@ namespace Vorn {
 
 } // namespace Vorn
 
-// A macro, because the message carries the expression as it is written.
+// A macro, because the message has the expression's source text.
 #define VORN_ASSERT( expression )                                                                  \
    ( static_cast< bool >( expression )                                                             \
         ? static_cast< void >( 0 )                                                                 \

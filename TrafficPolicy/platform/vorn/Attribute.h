@@ -10,14 +10,14 @@
 //       explicit Lamp( Vorn::String const & lampName );
 //    };
 //
-// A line makes the storage (lit_), the family of accessors (lit(), litIs( value )) and one row of
-// the class's type record, through which the command layer reaches the attribute by its name.
-// The inputs, in their order, are the arguments of the constructor, behind those of the base class.
-// These are macros because nothing else in the language makes a member's name. Each leaves the
-// class in its public part.
+// A line makes the storage (lit_), the accessors (lit(), litIs( value )) and one row of the class's
+// type record, through which the command layer accesses the attribute by name. The inputs, in their
+// order, are the constructor's parameters, after those of the base class. These are macros because
+// nothing else in the language makes a member's name. The lines after each are public.
 //
-// Accessors of every keyed attribute: x() is the collection, x( key ) looks a key up, xIs() inserts
-// (and says so by returning true) or overwrites, xDel() removes if present, xDelAll() empties.
+// Accessors of a keyed attribute: x() is the collection, x( key ) looks a key up (null when
+// absent), xIs() inserts or overwrites (true: inserted), xDel() removes if present, xDelAll()
+// empties.
 
 #pragma once
 
@@ -36,7 +36,7 @@
 
 namespace Vorn {
 
-// Tells the attribute of one source line from the others of its class.
+// Identifies an attribute by its class and source line.
 template< typename Class, int line >
 struct RowTag {};
 inline constexpr int rowLineMax = 400;
@@ -73,8 +73,8 @@ inline constinit TypeRecord const plainRecord{ typeName< T >(), sizeof( T ) };
 
 } // namespace Vorn
 
-// A described class; its source file holds VORN_TYPE( Class ). Whoever includes the declaration
-// links that file, even if he knows the class by its name only: that is what the pointer is for.
+// A described class; its source file has VORN_TYPE( Class ). The pointer makes every program that
+// includes the declaration link that file, even if it uses the class by name only.
 #define VORN_ENTITY( Class, Base )                                                                 \
 public:                                                                                            \
    using VornSelf = Class;                                                                         \
@@ -100,7 +100,7 @@ public:                                                                         
       return Vorn::Declared{ Vorn::AttributeKind::Kind, #name, &VornSelf::name##_ };               \
    }
 
-// A value that the constructor takes and nothing changes.
+// A value that the constructor sets and nothing changes.
 #define VORN_INPUT( Type, name )                                                                   \
 public:                                                                                            \
    Vorn::Read< Type > name() const {                                                               \

@@ -1,5 +1,5 @@
-// The rows of a type record: what a class's attribute is, and how it is worked on without knowing
-// the class.
+// The rows of a type record: a class's attributes, and the operations on them for code that does
+// not know the class.
 
 #pragma once
 
@@ -35,16 +35,16 @@ private:
    std::vector< Entry > entries_;
 };
 
-// What can be done with the storage of an attribute: one table for all attributes of one kind and
-// type. An operation that the kind lacks is null. All convert their values before they change
-// anything, and throw AccessError for one that does not fit.
+// The operations on an attribute's storage: one table for all attributes of one kind and type. An
+// operation that the kind lacks is null. All convert their values before they change anything, and
+// throw AccessError for a value of another type or outside its range.
 struct AttributeOperations {
    std::string_view keyType{};   // empty when there are no keys
    std::string_view valueType{}; // empty for a set
 
    Value ( *read )( void const * storage ) = nullptr;
    void ( *write )( void * storage, Value const & value, Place const & place ) = nullptr;
-   // Nothing when the key is absent; in a set, whether it is there.
+   // Nothing when the key is absent; for a set, whether it contains the key.
    Value ( *lookup )( void const * storage, Value const & key, Place const & place ) = nullptr;
    // Inserts or overwrites.
    void ( *insert )( void * storage, Value const & key, Value const & value,

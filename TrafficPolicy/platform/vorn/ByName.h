@@ -3,12 +3,12 @@
 //    Vorn::ByName policy( entity );
 //    policy.write( "ruleCount", 3u );
 //    policy.insert( "namedCounter", "drops", true );
-//    for( auto const & [ name, defined ] : policy.entries( "namedCounter" ) ) ...
+//    for ( auto const & [name, declared] : policy.entries( "namedCounter" ) ) ...
 //    Vorn::ByName( policy.create( "appliedVrf", 0u ) ).insert( "vrfList", "default", true );
 //
-// Inherited attributes are reached as own ones are. A name that the class does not have, a value of
-// another type, an operation that the kind of attribute lacks: each throws AccessError and changes
-// nothing. The operations of each attribute stand in its row.
+// Inherited attributes are accessed like own ones. An unknown name, a value of another type and an
+// operation that the kind of attribute lacks throw AccessError and change nothing. An attribute's
+// row lists its operations.
 
 #pragma once
 
@@ -21,8 +21,8 @@
 
 namespace Vorn {
 
-// Keeps the entity alive. A const entity is not changed through it, and whatever entity comes out
-// of one is const.
+// Keeps the entity alive. A const entity is not changed through it, and entities read from it are
+// const.
 class ByName {
 public:
    // Throws AccessError for a null pointer.
@@ -38,8 +38,8 @@ public:
    Value read( std::string_view attribute ) const;
    void write( std::string_view attribute, Value const & value ) const;
 
-   // Nothing when the key is absent; for a set whether it is there; for an array, whose index must
-   // be below rulesMax, a null pointer where the slot is empty.
+   // Nothing when the key is absent; for a set, whether it contains the key; for an array, whose
+   // index must be below rulesMax, a null pointer where the slot is empty.
    Value lookup( std::string_view attribute, Value const & key ) const;
    // Inserts or overwrites. A set's key comes without a value.
    void insert( std::string_view attribute, Value const & key, Value const & value = {} ) const;
@@ -48,7 +48,7 @@ public:
    // Removes if present.
    void erase( std::string_view attribute, Value const & key ) const;
    void clear( std::string_view attribute ) const;
-   // What the collection holds now, in its order. A copy: the collection may be changed meanwhile.
+   // The entries, in the collection's order. A copy: the collection may be changed meanwhile.
    std::vector< Entry > entries( std::string_view attribute ) const;
 
 private:

@@ -1,4 +1,4 @@
-// Collections that own their entries: a child is created, by its key, when it is first asked for.
+// Collections that own their entries: child() creates an entry that is missing from its key.
 
 #pragma once
 

@@ -1,4 +1,4 @@
-// Construction of an entity by a caller that knows its class at run time only.
+// Construction of an entity whose class is known at run time only.
 //
 //    Vorn::Value const arguments[] = { config, status, counter, "edge-in", false, ... };
 //    auto const show = Vorn::construct( "TrafficPolicyCli::ShowTrafficPolicyCpu", arguments );
@@ -17,7 +17,7 @@ namespace Vorn {
 
 // Creates an object of the class as its factory does. The arguments are the constructor's, in its
 // order. Throws AccessError when their number or a type is wrong, or when there is no such class;
-// what the constructor throws passes.
+// exceptions of the constructor pass.
 Ptr< PtrInterface > construct( TypeRecord const & type, std::span< Value const > arguments );
 Ptr< PtrInterface > construct( std::string_view qualifiedName, std::span< Value const > arguments );
 

@@ -1,4 +1,4 @@
-// Creation of entities: the one way in which an entity comes to life.
+// Creation of entities. All entities are created here.
 
 #pragma once
 
@@ -12,8 +12,8 @@
 
 namespace Vorn {
 
-// Allocates through the class's type record, constructs, and switches notifications on. When the
-// constructor throws, the memory is given back, the accounting undone, and the exception passes.
+// Allocates through the class's type record, constructs, and turns notifications on. When the
+// constructor throws, memory and accounting are released and the exception passes. Never null.
 template< typename T, typename... Arguments >
 Ptr< T > create( Arguments &&... arguments ) {
    static_assert( std::is_same_v< T, typename T::VornSelf >,

@@ -31,8 +31,8 @@ constexpr TypeRecord describe() {
 
 } // namespace Vorn
 
-// Stands once, in the class's source file, in the class's namespace. The class is registered at
-// load time; no more than that is done then, everything else is in the program's file.
+// Once per class, in its source file and namespace. Registers the class at load time; everything
+// else is constant data.
 #define VORN_TYPE( Class )                                                                         \
    static constinit Vorn::TypeRecord const vornRecordOf##Class = Vorn::describe< Class >();        \
    static Vorn::Registration const vornRegistrationOf##Class( vornRecordOf##Class );               \

@@ -1,8 +1,7 @@
 // Collects the attributes that a class declares into the rows of its type record.
 //
-// Each declaration is an overload of vornDeclared() for its own line of the source; so every line
-// that a class may have is tried. That is work for the compiler, done in the one source file that
-// holds the class's VORN_TYPE.
+// Each declaration is an overload of vornDeclared() for its own source line, so every line that a
+// class may have is tried. The compiler does that once, in the source file with the VORN_TYPE.
 
 #pragma once
 

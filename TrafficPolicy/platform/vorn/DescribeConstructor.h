@@ -1,5 +1,5 @@
-// The constructor of a class, as its type record knows it: one that takes the class's inputs, those
-// of its base classes first.
+// The constructor in a class's type record: it takes the class's inputs, those of its base classes
+// first.
 
 #pragma once
 
@@ -14,8 +14,8 @@
 
 namespace Vorn {
 
-// An argument that is a T and turns into nothing else: so that parameters in another order, or of a
-// type that a T merely converts to, are rejected.
+// An argument that is a T and converts to nothing else, so that parameters in another order, or of
+// a type that a T merely converts to, are rejected.
 template< typename T >
 struct Exactly {
    template< std::same_as< T > U >

@@ -1,4 +1,4 @@
-// Values as the types that classes declare. The way back is a constructor of Value.
+// Conversion of values to the types that classes declare. The opposite is a constructor of Value.
 
 #pragma once
 
@@ -79,7 +79,7 @@ struct FromValue< Ptr< T > > {
    }
 
 private:
-   // A null entity is of every class.
+   // A null entity fits every class.
    template< typename From >
    static Ptr< T > cast( From * entity, Value const & value, Place const & place ) {
       T * const converted = dynamic_cast< T * >( entity );

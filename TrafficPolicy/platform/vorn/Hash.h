@@ -1,4 +1,4 @@
-// How hashed collections hash their keys.
+// The hashes of keys. The same on every run and word size, except for entities.
 
 #pragma once
 

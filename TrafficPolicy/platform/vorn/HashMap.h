@@ -35,9 +35,9 @@ public:
    using KeyType = Key;
    using ValueType = Value;
 
-   // Finds keys that come in about the map's own order without hashing them: a search begins at the
-   // entry behind the last one found, or so many behind it as the caller says. For a map that does
-   // not change while the cursor is there.
+   // Finds keys that come in about the map's own order without hashing them: a search tries the
+   // entry at the given distance after the last one found, then looks the key up. The map must not
+   // change while the cursor exists.
    class Cursor {
    public:
       explicit Cursor( HashMap const & map )
@@ -59,7 +59,7 @@ public:
          next_ = at + 1;
          return &map_.entry( at ).value;
       }
-      // The entry behind the last one found, or null at the end.
+      // The entry after the last one found, or null at the end.
       HashMapEntry< Key, Value > const * next() {
          while ( next_ < entries_.size() ) {
             if ( isLive( next_++ ) ) {
@@ -68,14 +68,14 @@ public:
          }
          return nullptr;
       }
-      // The value so many entries behind the last one found, or null.
+      // The value at this distance after the last one found, or null.
       Value const * ahead( uint32_t distance ) const {
          size_t const at = size_t{ next_ } - 1 + distance;
          return isLive( at ) ? &entries_[at].value : nullptr;
       }
 
-      // Prefetches the records of entries to come (Prefetch.h). Not near the end, nor in a map with
-      // deleted entries: neither is worth a test for each entry.
+      // Prefetches the records of later entries (Prefetch.h). Not near the end, nor in a map with
+      // deleted entries: they are not worth a test per entry.
       [[gnu::always_inline]] void prefetchRecords() const {
          using Record = typename Value::Element;
          size_t const last = size_t{ next_ } - 1;
@@ -97,8 +97,8 @@ public:
       uint32_t next_ = 0;
    };
 
-   // A cursor over records that looks ahead: for a walk that does little with each record, so that
-   // waiting for memory would be most of it. One that does much leaves that to the processor.
+   // A cursor over records that prefetches: for a walk that does little with each record, so that
+   // waiting for memory would dominate. While a walk does much, the processor prefetches by itself.
    class AheadCursor : public Cursor {
    public:
       using Cursor::Cursor;
@@ -126,8 +126,8 @@ public:
       return at == Table::none ? nullptr : &this->entry( at ).value;
    }
 
-   // Inserts, or overwrites the value of an entry that is there (which keeps its place).
-   // True when it was inserted.
+   // Inserts, or overwrites the value of an existing entry, which keeps its position. True when it
+   // was inserted.
    bool set( Key const & key, Value value ) {
       if ( Value * present = lookup( key ) ) {
          *present = std::move( value );
@@ -138,10 +138,9 @@ public:
    }
 };
 
-// Visits the entries of a map of records, each with the key that it has in another map, whose index
-// is prefetched for that key: for a walk that looks up or sets an entry there for each one here.
-// keyOf( record ) makes the key of a record that is not null; visit( entry ) may change the other
-// map.
+// Visits the entries of a map of records, for a walk that looks up or sets an entry of another map
+// for each of them: the other map's index is prefetched. keyOf( record ) makes the key there of a
+// record that is not null; visit( entry ) may change the other map.
 template< typename Records, typename Other, typename KeyOf, typename Visit >
 void forEachWithin( Records const & records, Other const & other, KeyOf const & keyOf,
                     Visit const & visit ) {

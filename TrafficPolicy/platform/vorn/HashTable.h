@@ -1,20 +1,18 @@
 // The table under hashed maps and sets.
 //
-// Entries stand in one array in the order in which they came; an open-addressing index of positions
-// stands behind them in the same block of memory, once there are more than a few. So iteration is
-// in insertion order, on every run and word size, a small collection is searched without hashing,
-// and neighbours in one collection are neighbours in memory. A single entry has no block: it stands
-// in the collection itself, in place of the block's address, as most collections of a rule have
-// one.
+// Entries are stored in one array in insertion order, followed, once there are more than a few, by
+// an open-addressing index of positions in the same block of memory. So iteration is in insertion
+// order, on every run and word size, a small collection is searched without hashing, and neighbours
+// in a collection are neighbours in memory. A single entry has no block: it is stored in the table
+// itself, in place of the block's address, since most collections of a rule have one entry.
 //
-// An index slot holds a position and, in the bits that the position leaves free, a part of the
-// hash, so that a search rarely touches an entry that is not the one.
+// An index slot holds a position and, in the remaining bits, a part of the hash, so that a search
+// rarely touches another key's entry.
 //
-// Iterators are checked: an ended one, one that is older than the last deletion, and, where an
-// entry is erased by it, one of another table fails the assertion "iter_". Insertion keeps
-// iterators (unless it also gives back the room of deleted entries), but not references to entries:
-// those last until the table changes or moves. A key or value that is inserted may refer into the
-// table itself.
+// Iterators are checked: an ended one, one that is older than the last deletion, and, in an
+// erasure, one of another table fails the assertion "iter_". Insertion keeps iterators valid
+// (unless it also compacts deleted entries), but not references to entries: those are valid until
+// the table changes or moves. A key or value that is inserted may refer into the table itself.
 
 #pragma once
 
@@ -100,7 +98,7 @@ public:
    bool empty() const { return !( state_ & ( blockBit | oneBit ) ) || size() == 0; }
    explicit operator bool() const { return !empty(); }
 
-   // The entry of a table that has one and no other.
+   // The only entry. Asserts that there is exactly one.
    Entry const & only() const {
       VORN_ASSERT( size() == 1 );
       return entry( liveFrom( 0 ) );
@@ -120,14 +118,14 @@ public:
       return position( key ) != none;
    }
 
-   // Makes room for this many entries in all.
+   // Reserves room for this many entries in total.
    void reserve( size_t entries ) {
       if ( entries > capacity() ) {
          regrow( static_cast< uint32_t >( entries ) );
       }
    }
 
-   // Removes the entry, if there is one.
+   // Removes the key's entry. True when there was one.
    template< typename Lookup >
    bool erase( Lookup const & key ) {
       uint32_t const at = position( key );
@@ -154,7 +152,7 @@ public:
          Vorn::prefetch( block() );
       }
    }
-   // Prefetches the place where a search for the key begins.
+   // Prefetches the index slot where a search for the key begins.
    template< typename Lookup >
    void prefetch( Lookup const & key ) const {
       if ( inBlock() && block()->slots ) {
@@ -200,7 +198,7 @@ protected:
       if ( used() < capacity() ) [[likely]] {
          return construct( std::forward< Arguments >( arguments )... );
       }
-      // Made before the growth: an argument may refer into the memory that is given back then.
+      // Made before the growth: an argument may refer into the memory that is released then.
       Entry entry{ std::forward< Arguments >( arguments )... };
       regrow( size() >= capacity() / 2 ? capacity() * 2 : capacity() );
       return construct( std::move( entry ) );
@@ -228,8 +226,8 @@ private:
       uint32_t live;
       uint32_t generation; // counts deletions
    };
-   // What state_ says: that there is a block, else that the one entry is there, and behind these
-   // bits the generation.
+   // The bits of state_: whether there is a block; without one, whether there is an entry, and the
+   // generation above these two bits.
    static constexpr uint32_t blockBit = 1;
    static constexpr uint32_t oneBit = 2;
    static constexpr uint32_t generationShift = 2;
@@ -269,10 +267,10 @@ private:
       return reinterpret_cast< uint32_t * >( reinterpret_cast< char * >( block )
                                              + indexAt( block->capacity ) );
    }
-   // One bit an entry, behind the index: set when the entry was deleted.
+   // One bit per entry, after the index: set when the entry was deleted.
    static uint32_t * deadBits( Block * block ) { return index( block ) + block->slots; }
 
-   // What a block of this capacity takes, entries, index and dead bits.
+   // The bytes of a block of this capacity: entries, index and dead bits.
    static size_t blockSize( uint32_t capacity ) {
       return capacity > searched
                 ? indexAt( capacity ) + ( slotsFor( capacity ) + deadWords( capacity ) ) * 4
@@ -304,7 +302,7 @@ private:
       slots[slot] = ( hash & ~mask ) | at;
    }
 
-   // Constructs an entry behind the last one, where there is room for it.
+   // Constructs an entry after the last one. There is room for it.
    template< typename... Arguments >
    Entry & construct( Arguments &&... arguments ) {
       if ( !inBlock() ) {
@@ -380,7 +378,7 @@ private:
       state_ = 0;
    }
 
-   // Takes over what the other table holds. This one is empty.
+   // Moves the other table's content here. This table is empty.
    void take( HashTable & other ) noexcept {
       if ( other.inBlock() ) {
          blockIs( other.block() );

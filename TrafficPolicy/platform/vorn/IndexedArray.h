@@ -24,9 +24,9 @@ public:
    using KeyType = unsigned;
    using ValueType = Value;
 
-   // Visits the slots that hold something, by ascending index. Checked: an ended one, one that is
-   // older than the last clear() and, where a slot is emptied by it, one of another array fails the
-   // assertion "iter_".
+   // Visits the slots that are not empty, by ascending index. Checked: an ended one, one that is
+   // older than the last clear() and, in an erasure, one of another array fails the assertion
+   // "iter_".
    class Iterator {
    public:
       using value_type = Value;
@@ -75,7 +75,8 @@ public:
       uint32_t generation_ = 0;
    };
 
-   // Reads the slots in ascending order and prefetches the records of those to come (Prefetch.h).
+   // Reads the slots in ascending order and prefetches the records of later ones (Prefetch.h). The
+   // array must not change while the cursor exists.
    class Cursor {
    public:
       explicit Cursor( IndexedArray const & array )
@@ -95,7 +96,7 @@ public:
       std::span< Value const > slots_;
    };
 
-   // The slots in use, empty ones below the last included.
+   // The number of slots up to the last one in use, empty ones included.
    size_t size() const { return slots_.size(); }
    bool empty() const { return slots_.empty(); }
 
@@ -103,7 +104,8 @@ public:
    Value const & at( unsigned index ) const {
       return index < slots_.size() ? slots_[index] : nothing_;
    }
-   // The value may be one of the array's own.
+   // Grows as needed; asserts that the index is below rulesMax. The value may be an element of the
+   // array.
    void set( unsigned index, Value const & value ) {
       if ( index == slots_.size() && index < std::min( slots_.capacity(), rulesMax ) ) {
          slots_.push_back( value ); // the usual way: reserved, filled in order
@@ -113,7 +115,7 @@ public:
          grow( uint64_t{ index } + 1, value );
       }
    }
-   // Room for this many entries, taken at once so that filling the array copies nothing.
+   // Reserves room for this many entries, so that filling the array copies nothing.
    void reserve( size_t entries ) { slots_.reserve( std::min( entries, rulesMax ) ); }
    // Empties the slot.
    void erase( unsigned index ) {

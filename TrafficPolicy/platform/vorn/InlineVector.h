@@ -1,4 +1,4 @@
-// A vector that holds its first few elements in itself.
+// A vector that stores its first few elements in itself.
 
 #pragma once
 
@@ -14,8 +14,8 @@
 
 namespace Vorn {
 
-// As std::vector, for as much as is here. Elements move without throwing. References and iterators
-// last until the vector changes or moves.
+// The part of std::vector that is used here. Elements move without throwing. Any change invalidates
+// references and iterators.
 template< typename T, uint32_t inPlace >
 class InlineVector {
    static_assert( inPlace > 0 );

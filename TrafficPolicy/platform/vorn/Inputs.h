@@ -70,7 +70,7 @@ concept InputsOf = InputSetter< Class >::template takes< Arguments... >();
 } // namespace Vorn
 
 // The constructor that takes the class's inputs in their order, those of the base classes first.
-// The base classes have such a constructor, too, or are PtrInterface.
+// Each base class has one too, or is PtrInterface.
 #define VORN_CONSTRUCTOR( Class )                                                                  \
 public:                                                                                            \
    template< typename... Inputs >                                                                  \

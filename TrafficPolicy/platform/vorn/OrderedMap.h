@@ -1,7 +1,8 @@
 // A map that iterates in ascending key order: a tree, so that no order of insertion is slow.
 //
-// Iterators are checked as those of the hashed collections are: an ended, stale or foreign one
-// fails the assertion "iter_". Insertion keeps iterators; a deletion makes all of them stale.
+// Iterators are checked as those of the hashed collections: an ended or stale one and, in an
+// erasure, one of another map fails the assertion "iter_". Insertion keeps iterators valid; a
+// deletion makes all of them stale.
 
 #pragma once
 

@@ -12,8 +12,8 @@ namespace Vorn::Pool {
 
 namespace {
 
-// Larger blocks are the system allocator's business. Under a sanitizer all are, so that it sees
-// each of them.
+// Larger blocks are left to the system allocator; under the address sanitizer all are, so that it
+// checks each of them.
 #ifdef __SANITIZE_ADDRESS__
 constexpr size_t pooledMax = 0;
 #else
@@ -37,7 +37,7 @@ struct State {
 constinit State state;
 constinit std::mutex mutex;
 
-// Calls the function, alone in it while the process may have several threads.
+// Calls the function, under the lock while the process may have several threads.
 template< typename Function >
 auto alone( Function const & function ) {
    if ( threadSafePointers ) [[unlikely]] {
@@ -51,7 +51,7 @@ size_t sizeClass( size_t bytes ) {
    return ( bytes + alignment - 1 ) / alignment;
 }
 
-// What is left of the old chunk is less than one block and stays unused.
+// The rest of the old chunk is smaller than the requested block and stays unused.
 void startChunk() {
    state.at = static_cast< char * >( ::operator new( state.chunk ) );
    state.left = state.chunk;

@@ -1,9 +1,8 @@
 // The memory of entities, strings and collections.
 //
-// A large policy is some twenty small blocks a rule. They come from here without a header of their
-// own and side by side in the order in which they were asked for, which is the order in which a
-// show reads them. Released blocks serve later requests of their size; the memory itself stays with
-// the process.
+// A large policy has some twenty small blocks per rule. They are allocated here without headers and
+// adjacent in the order of allocation, which is the order in which a show reads them. Released
+// blocks serve later requests of their size; the memory is never returned to the system.
 
 #pragma once
 
@@ -11,13 +10,13 @@
 
 namespace Vorn::Pool {
 
-// What every block is aligned to.
+// The alignment of every block, in bytes.
 inline constexpr size_t alignment = 8;
 
-// Throws std::bad_alloc. Safe for several threads while the thread-safe-pointer switch is on.
+// Throws std::bad_alloc. Thread-safe while the thread-safe-pointer switch is on.
 void * allocate( size_t bytes );
 
-// Takes back a block of allocate(), with the size that was asked for.
+// Releases a block of allocate(), with the size given there.
 void release( void * block, size_t bytes ) noexcept;
 
 // The pool as a container's allocator.

@@ -1,14 +1,13 @@
-// Prefetching: the one place that says which memory is asked for before it is used.
+// Prefetching: loading records into the cache before a walk reaches them.
 //
-// A walk over records finds most of them by following pointers, and what one pointer leads to must
-// have arrived before the next one can be followed. So a record class says what hangs under it, in
-// steps, and the cursors of the collections take a step for the records that they will reach some
-// entries later:
+// A walk over records follows pointers, and each load must arrive before the next pointer can be
+// followed. So a record class declares what it points to, in steps, and the cursors of the
+// collections take a step for each record that they will reach some entries later:
 //
 //    static constexpr unsigned prefetchSteps = 2;
 //    void prefetch( unsigned step ) const; // 1: what its members point to; 2: what that points to
 //
-// Engine, views, counters and readers walk with cursors and do not know of it.
+// Engine, views and counters walk with cursors and contain no prefetch.
 
 #pragma once
 
@@ -17,10 +16,10 @@
 
 namespace Vorn {
 
-// Asks for the cache line at the address, which may be null or not there at all. The assembly is an
-// effect in the compiler's eyes: a function that only prefetches has none otherwise, and GCC drops
-// the calls of it without a word. For an i686 GCC makes no prefetch at all; there, too, the
-// instruction is one that every processor takes, the oldest as a no-op.
+// Prefetches the cache line at the address, which may be null or invalid. The assembly is a side
+// effect: GCC drops calls of a function without one, such as a function that only prefetches. For
+// i686 GCC emits no prefetch at all; the instruction works there too, as a no-op on the oldest
+// processors.
 inline void prefetch( void const * address ) {
 #ifdef __i386__
    asm volatile( "prefetcht0 (%0)" : : "r"( address ) );
@@ -30,11 +29,11 @@ inline void prefetch( void const * address ) {
 #endif
 }
 
-// Entries between one step and the next: long enough for memory to arrive, short enough for it to
-// be still there.
+// Entries between one step and the next: enough for memory to arrive, few enough for it to be still
+// in the cache.
 inline constexpr uint32_t prefetchStride = 4;
 
-// The steps that hang under a record; 0 when it is read by itself only.
+// The steps that a record class declares; 0 when only the record itself is read.
 template< typename Record >
 constexpr unsigned prefetchStepsOf() {
    if constexpr ( requires { Record::prefetchSteps; } ) {
@@ -44,12 +43,12 @@ constexpr unsigned prefetchStepsOf() {
    }
 }
 
-// How many entries ahead the first step is taken.
+// How many entries ahead the record itself is prefetched.
 template< typename Record >
 inline constexpr uint32_t prefetchDistance = ( prefetchStepsOf< Record >() + 1 ) * prefetchStride;
 
-// Takes each step for the record that is its distance away: recordAhead( n ) is the record n
-// entries ahead, which may be null; there are prefetchDistance entries.
+// Takes each step for the record at the step's distance: recordAhead( n ) is the record n entries
+// ahead, which may be null; there are at least prefetchDistance entries ahead.
 template< typename Record, typename RecordAhead >
 [[gnu::always_inline]] inline void prefetchAhead( RecordAhead const & recordAhead ) {
    Vorn::prefetch( recordAhead( prefetchDistance< Record > ) );

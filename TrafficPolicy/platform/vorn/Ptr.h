@@ -1,7 +1,7 @@
 // Vorn::Ptr: the counted pointer that holds every entity.
 //
-// One machine word; the count lives in the object. Pass a plain reference or pointer to code that
-// only uses an entity, a Ptr to code that keeps it.
+// One machine word; the count is in the object. Pass a plain reference or pointer to code that only
+// uses an entity, a Ptr to code that keeps it. Dereferencing a null Ptr is undefined.
 
 #pragma once
 
@@ -55,7 +55,7 @@ public:
    T * operator->() const noexcept { return object_; }
    explicit operator bool() const noexcept { return object_ != nullptr; }
 
-   // Gives up the reference without dropping it; the caller owns one count.
+   // Releases the pointer without dropping its count, which the caller then owns.
    T * release() noexcept { return std::exchange( object_, nullptr ); }
 
    friend bool operator==( Ptr const & a, Ptr const & b ) noexcept {

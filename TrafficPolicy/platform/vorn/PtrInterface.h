@@ -22,9 +22,9 @@ public:
    virtual NotifieeList * notifieeList() const;
    // A factory turns this on when construction is complete.
    virtual void hasNotificationActiveIs( bool active );
-   // Called when the last reference goes; destroys the entity and gives its memory back.
+   // Called when the last reference is dropped; destroys the entity and releases its memory.
    virtual void zeroReferencesIs();
-   // The record that describes the entity's most derived class and accounts its objects.
+   // The record that describes the entity's most derived class and counts its objects.
    virtual TypeRecord const & type() const = 0;
 
 protected:

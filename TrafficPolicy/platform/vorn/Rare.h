@@ -1,11 +1,15 @@
-// Members that few objects of a class use: held apart, so that the others have no room for them.
+// Members that few objects of a class use: stored apart, so that the other objects need no room for
+// them.
 //
+//    class Shades {
+//       VORN_PART( Shades )
+//       VORN_SET( Vorn::String, colours )
+//    };
 //    class Lamp : public Vorn::PtrInterface {
 //       VORN_RECORD( Lamp )
 //       VORN_SCALAR( bool, lit )
-//       VORN_RARE( Shades )                        // a class with VORN_PART( Shades ) and
-//       attributes VORN_RARE_SET( Vorn::String, colours )     // one of them, reached as if it were
-//       Lamp's own
+//       VORN_RARE( Shades )
+//       VORN_RARE_SET( Vorn::String, colours ) // accessors as of an attribute of Lamp itself
 //    };
 
 #pragma once
@@ -17,7 +21,7 @@
 
 namespace Vorn {
 
-// Owns a part that is made when it is first changed. Until then it reads as an empty one.
+// Owns a part that is made when it is first changed. Until then all share one empty part.
 template< typename Part >
 class Rare {
 public:
@@ -60,7 +64,8 @@ private:                                                                        
                                                                                                    \
 public:
 
-// Counted among the class's declarations; a record has no rows.
+// Counts as a declaration of the class (declaredLines), but makes no row: records are not
+// described.
 #define VORN_RARE_DECLARED                                                                         \
    static constexpr void vornDeclared( Vorn::RowTag< VornSelf, __LINE__ > ) {}
 

@@ -1,8 +1,8 @@
-// A map in ascending key order that stands in one array: for the sequence of a policy's rules,
-// which is long and arrives in order, and for the few actions of a rule.
+// A map in ascending key order, stored in one array: for the sequence of a policy's rules, which is
+// long and arrives in order, and for the few actions of a rule.
 //
-// Appending in key order is constant; insertion elsewhere moves what stands behind. Whoever fills a
-// long one sorts first.
+// Appending in key order takes constant time; insertion elsewhere moves all later entries, so a
+// long one is filled in order. Any change invalidates iterators and references.
 
 #pragma once
 
@@ -18,7 +18,7 @@
 
 namespace Vorn {
 
-// inPlace entries are held in the collection itself.
+// The first inPlace entries are stored in the collection itself.
 template< typename Key, typename Value, uint32_t inPlace = 0 >
 class SortedArray {
 public:

@@ -1,6 +1,6 @@
-// The operations of each kind of storage, by which attributes are worked on through their names.
+// The operations of each kind of storage, for access to attributes by name.
 //
-// Made once for a kind and type, however many attributes share it.
+// Made once per kind and type, however many attributes share them.
 
 #pragma once
 
@@ -83,7 +83,7 @@ struct StorageOperations< OrderedMap< Key, Mapped > >
 template< typename Key, typename Mapped >
 struct StorageOperations< HashMap< Key, Mapped > > : MapOperations< HashMap< Key, Mapped > > {};
 
-// A child is made by its collection and by nobody else.
+// Only the collection makes children.
 template< typename Map, typename Child >
 struct StorageOperations< Children< Map, Child > > : KeyedOperations< Children< Map, Child > > {
    using Collection = Children< Map, Child >;
@@ -132,8 +132,7 @@ struct StorageOperations< HashSet< Key > > : KeyedOperations< HashSet< Key > > {
                                                .entries = entries };
 };
 
-// An index beyond the array's bound ends the process in typed code; here it may be a user's
-// mistake.
+// An index beyond the array's bound is an assertion in typed code; here it may be a user's mistake.
 template< typename T >
 struct StorageOperations< IndexedArray< T > > {
    using Array = IndexedArray< T >;

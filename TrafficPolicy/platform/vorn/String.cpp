@@ -38,7 +38,7 @@ struct Scan {
    bool plain;
 };
 
-// Words of four bytes: as fast as the switch CPU's registers allow, and the same on every machine.
+// In words of four bytes, so that 32-bit and 64-bit machines have the same hash at full speed.
 Scan scan( std::string_view text ) {
    uint32_t hash = 0x811C9DC5u + static_cast< uint32_t >( text.size() );
    uint32_t escapes = 0;

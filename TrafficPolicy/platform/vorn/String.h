@@ -1,8 +1,9 @@
 // Vorn::String: the framework's immutable, counted string.
 //
-// One machine word. The text stands in one shared block with its length, its hash and what the
-// output needs to know about it, all computed once, so that a name looked up in five maps and
-// written a million times is hashed and scanned one time. Any bytes are allowed, NUL included.
+// One machine word. The text is stored in one shared block with its length, its hash and whether
+// JSON must escape it, all computed once, so that a name looked up in five maps and written a
+// million times is hashed and scanned once. Any bytes are allowed, NUL included. The empty string
+// has no block.
 
 #pragma once
 
@@ -19,8 +20,8 @@ namespace Vorn {
 
 class String {
 public:
-   // The text is readable up to a multiple of this many bytes, so that a short one may be copied
-   // in whole words; what stands behind its end is zero.
+   // The text is readable up to a multiple of this many bytes, so that a short one can be copied in
+   // whole words; the padding is zero.
    static constexpr size_t padding = 8;
 
    constexpr String() noexcept = default;
@@ -51,11 +52,11 @@ public:
    char const * data() const noexcept { return block_ ? text( block_ ) : ""; }
    std::string_view view() const noexcept { return { data(), size() }; }
    uint32_t hash() const noexcept { return block_ ? block_->hash : 0; }
-   // True when the text stands in JSON as it is: no quote, backslash, control character or byte
-   // above 0x7f.
+   // True when JSON needs no escaping (RFC 8259) or UTF-8 validation: no quote, backslash, control
+   // character or byte above 0x7f.
    bool plain() const noexcept { return !block_ || block_->plain; }
 
-   // True when both are handles to the same block: equal at the price of one comparison.
+   // True when both share a block: a sufficient test of equality, in one comparison.
    bool same( String const & other ) const noexcept { return block_ == other.block_; }
 
    friend bool operator==( String const & a, String const & b ) noexcept {
@@ -72,7 +73,7 @@ public:
 
    friend std::ostream & operator<<( std::ostream & out, String const & s );
 
-   // The hash that a String of this text has.
+   // The hash of a String with this text.
    static uint32_t hashOf( std::string_view text ) noexcept;
 
 private:

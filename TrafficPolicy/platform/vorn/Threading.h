@@ -1,6 +1,6 @@
-// The framework's thread-safe-pointer switch: one thread is the rule, so counts are plain
-// integers; a process that shares entities between threads turns the switch on, before it starts
-// the second thread, and counting becomes atomic.
+// The framework's thread-safe-pointer switch. Counts are plain integers by default; a process that
+// shares entities between threads turns the switch on before it starts the second thread, and
+// counting becomes atomic.
 
 #pragma once
 

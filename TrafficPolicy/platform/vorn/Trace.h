@@ -10,7 +10,7 @@
 
 namespace Vorn {
 
-// Where a message comes from: the calling function's name, taken at the call.
+// The constant part of a message, and the function that it comes from: the caller by default.
 struct TraceText {
    constexpr TraceText( char const * messageText,
                         char const * callingFunction = __builtin_FUNCTION() )
@@ -22,7 +22,7 @@ struct TraceText {
 
 class TraceFacility {
 public:
-   // Takes a finished message: level, function, text. May be called for every message.
+   // Takes a finished message. Called for messages of enabled levels only.
    using Sink = void ( * )( TraceFacility const & facility, int level, std::string_view function,
                             std::string_view text );
 
@@ -38,7 +38,7 @@ public:
    void sinkIs( Sink sink ) { sink_ = sink; }
    bool enabled( int level ) const { return mask_ >> level & 1; }
 
-   // The message is the text followed by the values, each in its printed form.
+   // The message is the text followed by the values, each formatted by its operator<<.
    template< typename... Values >
    void write( int level, TraceText message, Values const &... values ) const {
       if ( enabled( level ) ) [[unlikely]] {
@@ -46,7 +46,7 @@ public:
       }
    }
 
-   // The sink at start: a line on standard error.
+   // The default sink: a line on standard error.
    static void toStandardError( TraceFacility const & facility, int level,
                                 std::string_view function, std::string_view text );
 
@@ -58,7 +58,7 @@ private:
       std::ostringstream text;
       text << message.text;
       ( ( text << values ), ... );
-      // A template's name comes with its arguments, which say nothing here.
+      // A template's name without its arguments.
       std::string_view const function = message.function;
       sink_( *this, level, function.substr( 0, function.find( '<' ) ), text.view() );
    }

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-// Outside Vorn, because compilers leave out the scope that they are in.
+// Outside Vorn, because compilers omit the enclosing scope from a name.
 namespace VornTypeName {
 
 template< typename T >

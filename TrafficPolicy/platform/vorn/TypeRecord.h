@@ -1,5 +1,4 @@
-// What the framework knows about a class: its name, base, constructor and attributes, and how many
-// objects of it are alive.
+// The description of a class: its name, base, constructor and attributes, and its live objects.
 
 #pragma once
 
@@ -16,14 +15,13 @@ namespace Vorn {
 struct AttributeRow;
 struct ConstructorRow;
 
-// One per class, in static memory and made by the compiler, so that it accounts from the first
-// object on, whatever runs at load time. A described class stands in the list that first() starts
-// once its source file is initialised; a plain record class (configuration, status, counters) only
-// accounts.
+// One per class, constant-initialised in static memory, so that it counts from the first object on,
+// also at load time. A described class is in the list of first() once its source file is
+// initialised; a plain record class (configuration, status, counters) is only counted.
 class TypeRecord {
 public:
    using Attributes = std::span< AttributeRow const >;
-   // Gives a record that the compiler need not see.
+   // Returns the record of another class.
    using Other = TypeRecord const & (*)();
 
    // An accounting record without a description.
@@ -53,12 +51,12 @@ public:
    size_t objects() const { return objects_; }
    uint64_t bytes() const { return uint64_t{ objects_ } * objectSize_; }
 
-   // The tracked allocator: memory for one object, accounted to this record.
+   // The tracked allocator: memory for one object, counted in this record. Throws std::bad_alloc.
    void * allocate() const;
-   // Gives the memory back, after destruction or when a constructor has thrown.
+   // Releases the memory, after destruction or when a constructor has thrown.
    void deallocate( void * memory ) const noexcept;
 
-   // The described classes, in the order of initialisation reversed.
+   // The described classes, in reverse order of initialisation.
    static TypeRecord const * first() { return first_; }
    TypeRecord const * next() const { return next_; }
    // The same, by ascending name.
@@ -80,7 +78,7 @@ private:
    mutable TypeRecord const * next_ = nullptr;
 };
 
-// Enters a record in the list of described classes.
+// Adds a record to the list of described classes.
 class Registration {
 public:
    explicit Registration( TypeRecord const & record ) noexcept;

@@ -6,13 +6,13 @@ namespace Vorn {
 
 namespace {
 
-// What each form of a value is called.
+// The description of each form of a value.
 struct Describe {
    std::string operator()( std::monostate ) const { return "nothing"; }
    std::string operator()( bool value ) const { return value ? "bool true" : "bool false"; }
    std::string operator()( uint32_t value ) const { return "uint32_t " + std::to_string( value ); }
    std::string operator()( uint64_t value ) const { return "uint64_t " + std::to_string( value ); }
-   // Without the text, which may be long and hold any bytes.
+   // Without the text, which may be long and contain any bytes.
    std::string operator()( String const & ) const { return "a string"; }
    std::string operator()( Value::Entity const & entity ) const {
       return name( "a ", entity.get() );

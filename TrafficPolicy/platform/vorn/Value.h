@@ -1,6 +1,6 @@
-// A value on its way to or from an attribute that is reached by its name.
+// A value that is read from or written to an attribute by name.
 //
-//    what the class declares                            travels as
+//    declared type                                      form of the value
 //    bool                                               bool
 //    an enumeration, an unsigned number to 32 bits      uint32_t
 //    a 64-bit unsigned number                           uint64_t
@@ -8,9 +8,8 @@
 //    Ptr< T >                                           Ptr< PtrInterface >
 //    Ptr< T const >                                     Ptr< PtrInterface const >
 //
-// Each type has one form and takes no other, with one exception: a slot of Ptr< T const > takes
-// what may be changed, too. The opposite does not exist, so a const entity stays const on every
-// way.
+// Each type takes its own form only, with one exception: a Ptr< T const > takes an entity that is
+// not const, too. There is no way back, so a const entity stays const.
 
 #pragma once
 
@@ -34,7 +33,7 @@ template< typename T >
 concept GivesString = requires( T const & value ) {
    { value.string() } -> std::same_as< String const & >;
 };
-// Made of a String, which it may refuse by a std::logic_error, and gives that String back.
+// Constructed from a String, which it may refuse with a std::logic_error, and returns that String.
 template< typename T >
 concept StringLike = GivesString< T > && std::constructible_from< T, String const & >;
 
@@ -43,9 +42,9 @@ public:
    using Entity = Ptr< PtrInterface >;
    using ConstEntity = Ptr< PtrInterface const >;
 
-   // Nothing: what a lookup of an absent key gives.
+   // Nothing: the result of looking up an absent key.
    Value() = default;
-   // Not inline: the operations of every attribute copy values, and none is in a hurry.
+   // Not inline: the operations of every attribute copy values, and none of them is hot.
    Value( Value const & );
    Value( Value && ) noexcept;
    Value & operator=( Value const & );
@@ -72,17 +71,17 @@ public:
          std::conditional_t< std::is_const_v< T >, ConstEntity, Entity >( std::move( entity ) ) ) {}
 
    bool isNothing() const { return get< std::monostate >() != nullptr; }
-   // The content, or null when it has another form: get< uint32_t >().
+   // The content, or null when the value has another form: get< uint32_t >().
    template< typename Form >
    Form const * get() const {
       return std::get_if< Form >( &content_ );
    }
-   // The same value; an entity comes as const.
+   // The same value; an entity becomes const.
    Value readOnly() const;
-   // What it is, for a message: "uint32_t 7", "a string", "a const PolicyMap::ClassMapMatch".
+   // A description for messages: "uint32_t 7", "a string", "a const PolicyMap::ClassMapMatch".
    std::string description() const;
 
-   // Entities are equal when they are the same and const in the same way.
+   // Entities are equal when they are the same object and both const or both not.
    friend bool operator==( Value const &, Value const & ) = default;
 
 private:

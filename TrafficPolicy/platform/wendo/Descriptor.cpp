@@ -28,7 +28,7 @@ Descriptor::Descriptor( int fd )
    struct stat status {};
    int const flags = ::fcntl( fd, F_GETFL );
    if ( flags < 0 || ::fstat( fd, &status ) < 0 ) {
-      return; // the first write says why
+      return; // the first write reports the error
    }
    if ( flags & O_NONBLOCK ) {
       kind_ = Kind::nonBlocking;

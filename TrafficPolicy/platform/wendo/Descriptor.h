@@ -1,8 +1,8 @@
 // An output descriptor that no write blocks on.
 //
-// A signal that arrives between the look for an interrupt and a write that blocks would be noticed
-// at the next signal only, or never. So a write takes what the descriptor takes at once, and
-// waiting is apart from it and short.
+// A signal between the check for an interrupt and a blocking write would go unnoticed until the
+// next signal. So a write hands over what the descriptor takes at once, and waiting is a separate,
+// bounded call.
 
 #pragma once
 
@@ -20,21 +20,21 @@ public:
    Descriptor( Descriptor const & ) = delete;
    Descriptor & operator=( Descriptor const & ) = delete;
 
-   // Writes what is taken at once and returns the number of bytes: 0 when a signal came first or
-   // nothing is taken now. Throws std::system_error for any other error.
+   // Writes what the descriptor takes at once and returns the number of bytes: 0 after a signal or
+   // when it takes nothing now. Throws std::system_error for any other error.
    size_t write( std::string_view bytes );
-   // Waits until bytes are taken again, a signal comes, or a while is over.
+   // Waits until the descriptor takes bytes, a signal comes, or 100 ms have passed.
    void await();
 
-   // Lets a pipe hold this many bytes, so that writer and reader work side by side. A hint: what is
-   // no pipe, or may not grow, stays as it is.
+   // Lets a pipe hold this many bytes, so that writer and reader work in parallel. A hint: anything
+   // but a pipe, and a pipe that may not grow, stays as it is.
    void widen( size_t bytes );
 
 private:
    enum class Kind { neverBlocks, socket, nonBlocking, blocking };
 
-   // The same pipe or terminal with flags of its own, which make it non-blocking; -1 where that
-   // cannot be had.
+   // The same pipe or terminal, opened again with non-blocking status flags of its own; -1 where
+   // that fails.
    int reopened() const;
    bool isReady( int timeout ) const;
 
@@ -43,8 +43,8 @@ private:
    Kind kind_;
 };
 
-// Writes a last line: to a reader that is slow, but not for one that has stalled, who gets no more
-// than half a second. Errors are dropped: there is nobody left to tell.
+// Writes the last line of a command, within half a second, so that a stalled reader cannot keep it.
+// Errors are ignored.
 void writeLastLine( int fd, std::string_view line ) noexcept;
 
 } // namespace wendo

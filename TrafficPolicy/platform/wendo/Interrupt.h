@@ -1,4 +1,4 @@
-// The user's interrupt: asked for at any moment, noticed at the next safe point.
+// The user's interrupt: requested at any moment, served at the next safe point.
 
 #pragma once
 
@@ -17,16 +17,18 @@ namespace interrupt {
 
 extern volatile std::sig_atomic_t requested;
 
-// Asks for an interrupt. May be called from a signal handler, which should be installed without
-// SA_RESTART so that a blocked write notices.
+// Requests an interrupt. Async-signal-safe. The signal handler is installed without SA_RESTART, so
+// that waiting ends.
 void request() noexcept;
 
-// Throws SigIntException if an interrupt was asked for, and takes the request as served.
+// Takes the request as served and throws SigIntException.
 void serve();
 
-// How many interrupts were served: tells a caller whose callee caught the exception.
+// Interrupts served so far. A caller compares it before and after a call that catches the
+// exception.
 unsigned served() noexcept;
 
+// Serves a request, if there is one. Called in every loop whose length the records determine.
 inline void check() {
    if ( requested ) [[unlikely]] {
       serve();

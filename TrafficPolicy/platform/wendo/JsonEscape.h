@@ -10,7 +10,7 @@ namespace wendo {
 
 // Appends the text escaped for the inside of a JSON string (RFC 8259): quote, backslash and control
 // characters are escaped, other valid UTF-8 passes unchanged, and each byte that is not part of
-// valid UTF-8 becomes U+FFFD. So the output is valid JSON and UTF-8 whatever the text holds.
+// valid UTF-8 (RFC 3629) becomes U+FFFD. So the output is valid JSON for any text.
 void appendEscaped( PrintBuffer & buffer, std::string_view text );
 
 } // namespace wendo

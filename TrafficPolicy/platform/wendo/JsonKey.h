@@ -10,12 +10,12 @@
 
 namespace wendo {
 
-// Holds `"name":` in a fixed number of bytes, so that it is written by copies of known size.
+// Stores `"name":` in a fixed number of bytes, so that it is written by copies of known size.
 class JsonKey {
 public:
    static constexpr size_t room = PlainText::room;
 
-   // A name without anything to escape; an empty one stands for a bare list element.
+   // Asserts that the name fits and needs no escaping. An empty name marks a list element.
    constexpr explicit JsonKey( std::string_view name )
       : empty_( name.empty() ) {
       VORN_ASSERT( name.size() + 3 <= room );

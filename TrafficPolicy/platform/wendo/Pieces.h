@@ -1,14 +1,14 @@
 // The pieces that output is made of.
 //
 // Each kind of piece has two functions: room(), the bytes that it may write, and put(), which
-// writes it and returns its end. So whoever writes several pieces adds up their room, reserves
-// once, and hands the position from one put() to the next in a register. That is what makes large
-// outputs fast: a reservation for each piece would load the position from the buffer and store it
-// again, and each would wait for the one before.
+// writes it and returns its end. A writer of several pieces adds up their room, reserves once, and
+// hands the position from one put() to the next in a register. That is what makes large outputs
+// fast: with a reservation for each piece, each would load the position from the buffer and store
+// it again, and so wait for the one before.
 //
-// A piece may write more bytes than it has, up to its room, so that its size need not be known when
-// it is copied. A piece of any size has room tooMuch when it is too long, or has something to
-// escape: then each piece is written by itself.
+// put() may write beyond the piece's end, up to its room, so that it copies in words without
+// knowing the size. A piece that is too long, or has something to escape, has the room tooMuch:
+// then the pieces are written one by one.
 
 #pragma once
 
@@ -30,7 +30,7 @@
 
 namespace wendo {
 
-// The longest text of no fixed size that is written together with other pieces, and the room that
+// The longest text of variable size that is written together with other pieces, and the room that
 // it takes then: such texts are copied in words.
 inline constexpr size_t wordsMax = 64;
 // More room than any pieces written together need; at most what a view's buffer has.
@@ -45,7 +45,7 @@ inline char * put( char * to, char c ) {
    return to + 1;
 }
 
-// A literal: its length is known, so it is copied without a call.
+// A literal, without its terminator: its length is known, so it is copied without a call.
 template< size_t size >
 constexpr size_t room( char const ( & )[size] ) {
    return size - 1;
@@ -89,7 +89,7 @@ inline char * put( char * to, Pelx::IpGenPrefix const & prefix ) {
    return prefix.printToBuffer( to );
 }
 
-// A text as it is.
+// A text, unescaped.
 inline size_t room( Vorn::String const & text ) {
    return text.size() <= wordsMax ? wordsMax : tooMuch;
 }
@@ -153,9 +153,9 @@ inline char * put( char * to, LineBegin line ) {
    return put( put( to, line.indent ), line.heading );
 }
 
-// What stands before the next JSON member: the brackets of scopes that ended since the last one,
+// The prefix of the next JSON member: the brackets of scopes that ended since the last one,
 // innermost first, and a comma unless the member is the first of its container. Written without a
-// branch: the bytes are copied in any case, and as many are kept as are needed.
+// branch: all bytes are copied, and as many count as are needed.
 class MemberPrefix {
 public:
    static constexpr size_t room = 16;
@@ -167,7 +167,7 @@ public:
    }
    // A container was opened: its first member takes no comma.
    void containerOpened() { size_ = 0; }
-   // A scope ended.
+   // A scope ended. Asserts that no more than 15 brackets are pending.
    void scopeEnded( char bracket ) {
       unsigned const at = brackets();
       if ( at + 2 <= wordSize ) [[likely]] {
@@ -181,7 +181,7 @@ public:
       size_ = at + 2;
    }
 
-   // How many bytes there are without the comma.
+   // The pending brackets: the size without the comma.
    unsigned brackets() const { return size_ - ( size_ != 0 ); }
    char * printToBuffer( char * to ) const {
       unsigned const size = size_;
@@ -203,7 +203,7 @@ private:
       word |= uint64_t{ static_cast< unsigned char >( byte ) } << shift;
    }
 
-   // Words, read as they were written: a wide load of bytes that were just stored one by one waits.
+   // Words, loaded as they were stored: a wide load after narrow stores would stall.
    uint64_t words_[room / wordSize] = { ',' };
    unsigned size_ = 1;
 };
@@ -214,7 +214,7 @@ inline char * put( char * to, MemberPrefix const & prefix ) {
    return prefix.printToBuffer( to );
 }
 
-// A value as JSON has it.
+// A value in its JSON form.
 template< typename Value >
 struct Json {
    Value const & value;
@@ -317,7 +317,7 @@ char * put( char * to, JsonMember< Key, Value > const & member ) {
    return put( put( to, JsonName{ member.key } ), Json{ member.value } );
 }
 
-// A member behind another.
+// A member that is not the first.
 template< typename Member >
 struct Following {
    Member const & member;

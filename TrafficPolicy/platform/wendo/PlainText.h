@@ -11,8 +11,8 @@
 
 namespace wendo {
 
-// Stands in a fixed number of bytes, so that it is written by copies of known size, and holds
-// nothing that JSON would escape.
+// Has a fixed number of bytes, so that it is written by copies of known size, and nothing that JSON
+// would escape.
 class PlainText {
 public:
    static constexpr size_t room = 32;
@@ -20,8 +20,8 @@ public:
    constexpr PlainText() = default;
    consteval PlainText( char const * text )
       : PlainText( text, "" ) {}
-   // Two texts, one behind the other. Fails an assertion, or does not compile where they are
-   // constants, when they are longer than the room or have a character to escape.
+   // Two texts, concatenated. Fails an assertion, or does not compile where they are constants,
+   // when they are longer than the room or have a character to escape.
    constexpr explicit PlainText( std::string_view text, std::string_view more ) {
       VORN_ASSERT( text.size() + more.size() <= room );
       for ( std::string_view const part : { text, more } ) {
@@ -39,8 +39,8 @@ public:
    // Copies the text and returns its end. The buffer holds at least room bytes.
    char * printToBuffer( char * to ) const { return copyBlock( to, text_, size_ ); }
 
-   // Copies a text of at most this room from where so much can be read, and returns its end. Of a
-   // text that the compiler knows it makes stores of constants.
+   // Copies a text and returns its end; `room` bytes are readable at the source and writable at the
+   // destination. A text that the compiler knows becomes stores of constants.
    static char * copyBlock( char * to, char const * text, size_t size ) {
       constexpr size_t half = room / 2;
       if ( __builtin_constant_p( size ) ) {

@@ -20,7 +20,8 @@ public:
    PrintBuffer( PrintBuffer const & ) = delete;
    PrintBuffer & operator=( PrintBuffer const & ) = delete;
 
-   // At least this many free bytes. Asserts that the buffer is large enough for them.
+   // Reserves at least this many bytes, which stay valid until the next call. Makes room first if
+   // necessary: throws what makeRoom() throws. Asserts that the capacity suffices.
    char * getBuffer( size_t required ) {
       if ( static_cast< size_t >( endPtr - writePtr ) < required ) [[unlikely]] {
          makeRoomFor( required );
@@ -30,7 +31,7 @@ public:
 #endif
       return writePtr;
    }
-   // Commits what was written into the reservation, up to this end.
+   // Commits what was written into the reservation, up to this end. Uncommitted bytes are dropped.
    void commit( char const * end ) {
 #ifdef TP_CHECK_RESERVATIONS
       checkReservation( end );
@@ -38,8 +39,8 @@ public:
       writePtr += end - writePtr;
    }
 
-   // Appends text of any length, in pieces when it is longer than the buffer. The capacity is not
-   // 0.
+   // Appends text of any length, in pieces when it is longer than the buffer. Asserts that the
+   // capacity is not 0.
    void append( std::string_view text );
 
    size_t capacity() const {
@@ -56,7 +57,7 @@ protected:
       , begin_( begin ) {}
    virtual ~PrintBuffer() = default;
 
-   // Frees room; called when a reservation finds too little.
+   // Frees room, all of it if possible; called when a reservation finds too little.
    virtual void makeRoom() = 0;
 
    std::string_view committed() const {
@@ -65,14 +66,14 @@ protected:
    void discard() {
       writePtr = begin_;
    }
-   // Forgets the committed bytes before this rest of them.
+   // Drops the committed bytes before this rest of them.
    void keep( std::string_view rest );
 
 private:
    void makeRoomFor( size_t required );
 
-   // Debug builds mark the bytes behind a reservation, and assert at the commit that the writer
-   // left them alone and that the end is within what was reserved.
+   // Debug builds mark the bytes after a reservation, and assert at the commit that they are
+   // unchanged and that the end is within the reservation.
    void guardReservation( size_t required );
    void checkReservation( char const * end ) const;
 

@@ -12,13 +12,13 @@ namespace wendo {
 
 namespace {
 
-// The memory of the last view's buffer, for the next view: to fault in its pages afresh each time
-// would cost a view of some thousand rules a tenth of its time.
+// The memory of the last view's buffer, for the next view: faulting in its pages each time would
+// cost a view of some thousand rules a tenth of its time.
 constinit std::atomic< char * > spare;
 
 } // namespace
 
-// Not value-initialised: a page of the buffer that no output reached yet costs nothing.
+// Not value-initialised: a page of the buffer that no output has reached costs nothing.
 BufferMemory::BufferMemory( size_t capacity )
    : begin_( capacity == WendoBuffer::viewCapacity ? spare.exchange( nullptr ) : nullptr )
    , isView_( capacity == WendoBuffer::viewCapacity ) {
@@ -28,7 +28,7 @@ BufferMemory::BufferMemory( size_t capacity )
 }
 
 BufferMemory::~BufferMemory() {
-   // What was spare before, or the memory of another size, ends with the pointer.
+   // Frees the former spare memory, or the memory of a buffer of another size.
    std::unique_ptr< char[] > const ending( isView_ ? spare.exchange( begin_ ) : begin_ );
 }
 

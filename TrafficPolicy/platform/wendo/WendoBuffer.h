@@ -9,8 +9,8 @@
 
 namespace wendo {
 
-// The memory of a buffer: a base, so that it is there before the buffer over it. That of a view's
-// buffer is kept for the next view, so that a process that has shown something keeps a megabyte.
+// The memory of a buffer: a base, so that it exists before the buffer over it. That of a view's
+// buffer is kept for the next view: a process that has rendered once keeps a mebibyte.
 class BufferMemory {
 public:
    BufferMemory( BufferMemory const & ) = delete;
@@ -26,20 +26,20 @@ private:
    bool isView_;
 };
 
-// Short writes and EINTR are continued, a descriptor that takes nothing is waited for. An interrupt
-// that the user asked for surfaces as SigIntException at the next fill, flush or wait; any other
-// error surfaces as std::system_error, once: after it nothing more is written.
+// Continues short writes and EINTR, and waits for a descriptor that takes nothing. A requested
+// interrupt surfaces as SigIntException at the next fill, flush or wait; any other error surfaces
+// as std::system_error, once: after it nothing more is written.
 class WendoBuffer
    : private BufferMemory
    , public PrintBuffer {
 public:
-   // Every view's buffer has this capacity.
+   // The capacity of every view's buffer, in bytes.
    static constexpr size_t viewCapacity = 1'048'576;
 
    // The descriptor stays the caller's. With flushAtEnd the destructor writes what is left.
    WendoBuffer( int fd, size_t capacity, bool flushAtEnd );
-   // Never throws: an error here can no longer be reported, so whoever wants to know of it flushes
-   // first. After an interrupt it hands over what the descriptor takes at once and drops the rest.
+   // Never throws: errors are lost here, so a caller that needs them flushes first. After an
+   // interrupt it hands over what the descriptor takes at once and drops the rest.
    ~WendoBuffer() override;
 
    void flush() override;
