@@ -19,7 +19,6 @@
 #include "TrafficPolicy/platform/wendo/JsonKey.h"
 #include "TrafficPolicy/platform/wendo/PlainText.h"
 
-#include <bit>
 #include <charconv>
 #include <concepts>
 #include <cstddef>
@@ -153,58 +152,45 @@ inline char * put( char * to, LineBegin line ) {
    return put( put( to, line.indent ), line.heading );
 }
 
-// The prefix of the next JSON member: the brackets of scopes that ended since the last one,
-// innermost first, and a comma unless the member is the first of its container. Written without a
-// branch: all bytes are copied, and as many count as are needed.
+// What comes before the next JSON member: the brackets of scopes that ended since the last one,
+// innermost first, and a comma unless the member is the first of its container.
 class MemberPrefix {
 public:
    static constexpr size_t room = 16;
 
    // A member was written.
    void memberWritten() {
-      words_[0] = ',';
+      text_[0] = ',';
       size_ = 1;
    }
    // A container was opened: its first member takes no comma.
    void containerOpened() { size_ = 0; }
-   // A scope ended. Asserts that no more than 15 brackets are pending.
+   // A scope ended.
    void scopeEnded( char bracket ) {
       unsigned const at = brackets();
-      if ( at + 2 <= wordSize ) [[likely]] {
-         uint64_t const both = static_cast< unsigned char >( bracket ) | unsigned{ ',' } << 8;
-         words_[0] = ( words_[0] & ( ( uint64_t{ 1 } << 8 * at ) - 1 ) ) | both << 8 * at;
-      } else {
-         VORN_ASSERT( at + 2 <= room );
-         set( at, bracket );
-         set( at + 1, ',' );
-      }
+      VORN_ASSERT( at + 2 <= room );
+      text_[at] = bracket;
+      text_[at + 1] = ',';
       size_ = at + 2;
    }
 
-   // The pending brackets: the size without the comma.
+   // How many bytes there are without the comma.
    unsigned brackets() const { return size_ - ( size_ != 0 ); }
    char * printToBuffer( char * to ) const {
       unsigned const size = size_;
-      std::memcpy( to, &words_[0], wordSize );
-      if ( size > wordSize ) [[unlikely]] {
-         std::memcpy( to + wordSize, &words_[1], wordSize );
+      if ( size <= 1 ) [[likely]] {
+         *to = ','; // kept if it is needed
+         return to + size;
+      }
+      // Byte by byte, as they were written: a wide load would wait for their stores.
+      for ( unsigned at = 0; at < size; ++at ) {
+         to[at] = text_[at];
       }
       return to + size;
    }
 
 private:
-   static constexpr unsigned wordSize = 8;
-   static_assert( std::endian::native == std::endian::little, "words are copied as text" );
-
-   void set( unsigned at, char byte ) {
-      uint64_t & word = words_[at / wordSize];
-      unsigned const shift = at % wordSize * 8;
-      word &= ~( uint64_t{ 0xff } << shift );
-      word |= uint64_t{ static_cast< unsigned char >( byte ) } << shift;
-   }
-
-   // Words, loaded as they were stored: a wide load after narrow stores would stall.
-   uint64_t words_[room / wordSize] = { ',' };
+   char text_[room] = { ',' };
    unsigned size_ = 1;
 };
 constexpr size_t room( MemberPrefix const & ) {
