@@ -239,11 +239,12 @@ private:
 
    bool inBlock() const { return state_ & blockBit; }
    Block * block() const {
-      Block * address = nullptr;
+      uintptr_t address = 0;
       std::memcpy( &address, memory_, sizeof address );
-      return address;
+      return reinterpret_cast< Block * >( address );
    }
-   void blockIs( Block * address ) {
+   void blockIs( Block * block ) {
+      auto const address = reinterpret_cast< uintptr_t >( block );
       std::memcpy( memory_, &address, sizeof address );
       state_ = blockBit;
    }

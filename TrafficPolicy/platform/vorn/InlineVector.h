@@ -38,7 +38,7 @@ public:
    T const * cbegin() const { return begin(); }
    T const & back() const { return end()[-1]; }
 
-   void push_back( T element ) {
+   void append( T element ) {
       if ( size_ == capacity_ ) {
          reserve( size_t{ capacity_ } * 2 );
       }
@@ -47,7 +47,7 @@ public:
    }
    void insert( T const * where, T element ) {
       auto const at = where - begin();
-      push_back( std::move( element ) );
+      append( std::move( element ) );
       std::rotate( begin() + at, end() - 1, end() );
    }
    void erase( T const * where ) {
@@ -67,7 +67,8 @@ public:
       std::uninitialized_move( begin(), end(), grown );
       std::destroy( begin(), end() );
       release();
-      std::memcpy( memory_, &grown, sizeof grown );
+      auto const address = reinterpret_cast< uintptr_t >( grown );
+      std::memcpy( memory_, &address, sizeof address );
       capacity_ = static_cast< uint32_t >( elements );
    }
 
@@ -76,9 +77,9 @@ private:
       if ( capacity_ == inPlace ) {
          return std::launder( reinterpret_cast< T * >( const_cast< char * >( memory_ ) ) );
       }
-      T * elements = nullptr;
-      std::memcpy( &elements, memory_, sizeof elements );
-      return elements;
+      uintptr_t address = 0;
+      std::memcpy( &address, memory_, sizeof address );
+      return reinterpret_cast< T * >( address );
    }
    void release() {
       if ( capacity_ != inPlace ) {
@@ -86,7 +87,7 @@ private:
       }
    }
 
-   alignas( T ) char memory_[std::max( inPlace * sizeof( T ), sizeof( T * ) )];
+   alignas( T ) char memory_[std::max( inPlace * sizeof( T ), sizeof( void * ) )];
    uint32_t size_ = 0;
    uint32_t capacity_ = inPlace;
 };

@@ -47,7 +47,7 @@ public:
    // Inserts or overwrites. True when it was inserted.
    bool set( Key const & key, Value value ) {
       if ( entries_.empty() || entries_.back().key < key ) {
-         entries_.push_back( Entry{ key, std::move( value ) } );
+         append( Entry{ key, std::move( value ) } );
          return true;
       }
       auto const found = entries_.begin() + ( lowerBound( key ) - entries_.cbegin() );
@@ -69,6 +69,13 @@ public:
    void clear() { entries_.clear(); }
 
 private:
+   void append( Entry entry ) {
+      if constexpr ( inPlace == 0 ) {
+         entries_.push_back( std::move( entry ) );
+      } else {
+         entries_.append( std::move( entry ) );
+      }
+   }
    auto lowerBound( Key const & key ) const {
       return std::lower_bound( entries_.begin(), entries_.end(), key,
                                []( Entry const & a, Key const & b ) { return a.key < b; } );
