@@ -94,8 +94,7 @@ private:
 
    bool standsOnInterface( Vorn::String const & name ) const {
       Pelx::IntfId const wanted{ Vorn::String( command_.value( Option::interface ) ) };
-      auto const * configured = state_.intfConfig->intf( wanted );
-      if ( !cpu_ && configured && *configured == name ) {
+      if ( !cpu_ && state_.isBound( wanted, name ) ) {
          return true;
       }
       PolicyMapStatus const * status = statusOf( name );
@@ -117,14 +116,14 @@ private:
 
    bool configuredInVrf( Vorn::String const & name, L3::VrfName const & wanted ) const {
       if ( cpu_ ) {
-         auto const * configured = state_.vrfConfig->trafficPolicies( wanted );
-         return configured && *configured == name;
+         return state_.isBound( wanted, name );
       }
-      return std::ranges::any_of( state_.intfConfig->intf(), [&]( auto const & binding ) {
-         auto const & [intf, policy] = binding;
-         L3::VrfName const * vrf = vrfOf( intf );
-         return policy == name && vrf && *vrf == wanted;
+      bool found = false;
+      state_.forEachIntfBinding( [&]( Pelx::IntfId const & intf, Vorn::String const & policy ) {
+         L3::VrfName const * vrf = policy == name ? vrfOf( intf ) : nullptr;
+         found |= vrf && *vrf == wanted;
       } );
+      return found;
    }
 
    // On the interface side a VRF has what one of its interfaces has.
@@ -247,17 +246,16 @@ private:
 
    void keepBindings( State & result ) const {
       result.vrfConfig = Vorn::create< PolicyMap::VrfConfig >();
-      for ( auto const & [vrf, name] : state_.vrfConfig->trafficPolicies() ) {
-         if ( keepsBound( name ) ) {
-            result.vrfConfig->trafficPoliciesIs( vrf, name );
-         }
-      }
+      result.furtherVrfPolicies = {};
       result.intfConfig = Vorn::create< PolicyMap::IntfConfig >();
-      for ( auto const & [intf, name] : state_.intfConfig->intf() ) {
+      result.furtherIntfPolicies = {};
+      auto const keep = [&]( auto const & binding, Vorn::String const & name ) {
          if ( keepsBound( name ) ) {
-            result.intfConfig->intfIs( intf, name );
+            result.bind( binding, name );
          }
-      }
+      };
+      state_.forEachVrfBinding( keep );
+      state_.forEachIntfBinding( keep );
    }
 
    // One that is bound alone has neither rules nor a status.

@@ -1,6 +1,7 @@
 #include "cli/ShowCommand.h"
 
 #include "TrafficPolicy/platform/wendo/WendoBuffer.h"
+#include "cli/BoundShow.h"
 #include "cli/Nearest.h"
 #include "cli/RecordFilter.h"
 #include "cli/Reply.h"
@@ -24,15 +25,17 @@ ShowPtr makeShow( Command const & command, State const & state,
    auto const flag = [&]( Option option ) { return command.has( option ); };
    Vorn::String const policy( command.value( Option::policy ) );
    if ( command.row->verb == Verb::showCpu ) {
-      return TrafficPolicyCli::showTrafficPolicyCpuFactory(
-         state.config, state.status, counters, policy, flag( Option::summary ),
-         flag( Option::errors ), flag( Option::detail ), flag( Option::counters ),
-         flag( Option::perInterface ), state.vrfConfig, state.allVrfConfig, state.l3IntfStatusDir );
+      return Vorn::create< BoundShowCpu >(
+         state.furtherVrfPolicies, state.config, state.status, counters, policy,
+         flag( Option::summary ), flag( Option::errors ), flag( Option::detail ),
+         flag( Option::counters ), flag( Option::perInterface ), state.vrfConfig,
+         state.allVrfConfig, state.l3IntfStatusDir );
    }
-   return TrafficPolicyCli::showTrafficPolicyInterfaceFactory(
-      state.config, state.status, counters, policy, flag( Option::summary ), flag( Option::errors ),
-      flag( Option::detail ), flag( Option::counters ), flag( Option::perInterface ),
-      state.intfConfig, state.policyParamStatus );
+   return Vorn::create< BoundShowInterface >(
+      state.furtherIntfPolicies, state.config, state.status, counters, policy,
+      flag( Option::summary ), flag( Option::errors ), flag( Option::detail ),
+      flag( Option::counters ), flag( Option::perInterface ), state.intfConfig,
+      state.policyParamStatus );
 }
 
 void showOnce( Session & session, Command const & command, OutputPath const & path ) {

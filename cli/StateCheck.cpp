@@ -186,14 +186,14 @@ void StateCheck::checkBindings() {
       }
    };
    auto const & vrfs = state_.allVrfConfig->vrf();
-   for ( auto const & [vrf, policy] : state_.vrfConfig->trafficPolicies() ) {
+   state_.forEachVrfBinding( [&]( L3::VrfName const & vrf, Vorn::String const & policy ) {
       std::string const place = "VRF " + std::string( vrf.string().view() );
       check( place, policy );
       if ( !vrfs.contains( vrf ) && vrf.string() != "all" ) {
          find( place, "has " + policyPlace( policy ) + ", but does not exist" );
       }
-   }
-   for ( auto const & [intf, policy] : state_.intfConfig->intf() ) {
+   } );
+   state_.forEachIntfBinding( [&]( Pelx::IntfId const & intf, Vorn::String const & policy ) {
       std::string const place = "interface " + std::string( intf.string().view() );
       check( place, policy );
       auto const * status = state_.status->policyMapStatus( policy );
@@ -201,7 +201,7 @@ void StateCheck::checkBindings() {
            && !( status && ( *status )->intfStatus( intf ) ) ) {
          find( place, "has " + policyPlace( policy ) + ", but no status anywhere" );
       }
-   }
+   } );
 }
 
 // The VRFs of interfaces, and interfaces that count for no VRF.
@@ -214,9 +214,8 @@ void StateCheck::checkMembership() {
       }
    }
    std::set< Vorn::String > onCpu;
-   for ( auto const & [vrf, policy] : state_.vrfConfig->trafficPolicies() ) {
-      onCpu.insert( policy );
-   }
+   state_.forEachVrfBinding(
+      [&]( L3::VrfName const &, Vorn::String const & policy ) { onCpu.insert( policy ); } );
    for ( Vorn::String const & name : onCpu ) {
       auto const * policy = state_.status->policyMapStatus( name );
       if ( !policy ) {

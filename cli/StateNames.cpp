@@ -13,12 +13,9 @@ void visitPolicies( State const & state, NameVisitor const & visit ) {
    for ( auto const & [name, status] : state.status->policyMapStatus() ) {
       visit( name.view() );
    }
-   for ( auto const & [vrf, name] : state.vrfConfig->trafficPolicies() ) {
-      visit( name.view() );
-   }
-   for ( auto const & [intf, name] : state.intfConfig->intf() ) {
-      visit( name.view() );
-   }
+   auto const visitBound = [&]( auto const &, Vorn::String const & name ) { visit( name.view() ); };
+   state.forEachVrfBinding( visitBound );
+   state.forEachIntfBinding( visitBound );
 }
 
 void visitRules( State const & state, std::string_view policy, NameVisitor const & visit ) {

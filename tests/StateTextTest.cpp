@@ -1,10 +1,12 @@
 // State files: texts that say the same in other bytes or come in other windows, and texts that are
 // broken anywhere.
 
-#include "TrafficPolicy/TrafficPolicyShowCliHelper.h"
+#include "TrafficPolicy/platform/wendo/WendoBuffer.h"
+#include "cli/BoundShow.h"
 #include "sources/FileError.h"
 #include "sources/Source.h"
 #include "sources/file/StateReader.h"
+#include "sources/file/StateWriter.h"
 #include "tests/Support.h"
 
 #include <gmock/gmock.h>
@@ -23,8 +25,8 @@ constexpr std::string_view stateText = R"({"config":{"trafficPolicies":{"P":{"na
 "established"]},{"protocol":[7,9]}],"dscp":[46],"fragment":{"type":"offset","offsets":[1]},
 "neighborProtocol":"bgp","ipOptions":true}},"actions":{"count":"a","drop":true,"log":false,"police":
 {"rate":18446744073709551615,"unit":"kbps"}}},{"name":"second","sequence":7,"match":{"ipv6":null},
-"actions":{"setDscp":0,"count":true}}]},"nothing":null},"cpu":{"default":"P"},"interfaces":{"Et1":"P",
-"Et2":"nothing"}},"status":{"byteCounters":true,"perInterfaceCounting":true,"vrfs":["default"],
+"actions":{"setDscp":0,"count":true}}]},"nothing":null},"cpu":{"default":["P","gone","nothing"]},
+"interfaces":{"Et1":"P","Et2":["nothing"]}},"status":{"byteCounters":true,"perInterfaceCounting":true,"vrfs":["default"],
 "ingressCounterGranularity":"per-policy","l3Interfaces":{"Et1":"default","Et2":null},"policies":{"P":{
 "rules":{"second":{"families":["ipv6"],"packets":12},"first rule":{"families":["ipv4"],"counterId":1}},
 "namedCounters":{"a":{"packets":1,"bytes":2,"interfaces":{"Et1":{"packets":1}}}},"interfaces":{"Et1":{
@@ -59,18 +61,36 @@ protected:
       using namespace TrafficPolicyCli;
       std::string all;
       for ( unsigned view = 0; view < 3; ++view ) {
-         all += test::reply( *showTrafficPolicyCpuFactory(
-                                s.config, s.status, Vorn::create< TrafficPolicy::Counter >(), "",
-                                false, view == 1, false, view == 2, true, s.vrfConfig,
-                                s.allVrfConfig, s.l3IntfStatusDir ),
-                             2 );
          all +=
-            test::reply( *showTrafficPolicyInterfaceFactory(
-                            s.config, s.status, Vorn::create< TrafficPolicy::Counter >(), "", false,
-                            view == 1, false, view == 2, true, s.intfConfig, s.policyParamStatus ),
+            test::reply( *Vorn::create< tpcli::BoundShowCpu >(
+                            s.furtherVrfPolicies, s.config, s.status,
+                            Vorn::create< TrafficPolicy::Counter >(), "", false, view == 1, false,
+                            view == 2, true, s.vrfConfig, s.allVrfConfig, s.l3IntfStatusDir ),
                          2 );
+         all += test::reply( *Vorn::create< tpcli::BoundShowInterface >(
+                                s.furtherIntfPolicies, s.config, s.status,
+                                Vorn::create< TrafficPolicy::Counter >(), "", false, view == 1,
+                                false, view == 2, true, s.intfConfig, s.policyParamStatus ),
+                             2 );
       }
       return all;
+   }
+
+   // What a snapshot of the state holds.
+   std::string written( tpcli::State const & state ) const {
+      int const fd = ::open( path_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600 );
+      wendo::WendoBuffer buffer( fd, wendo::WendoBuffer::viewCapacity, false );
+      tpcli::formatState( buffer, state );
+      buffer.flush();
+      ::close( fd );
+      return test::readFile( path_ );
+   }
+   // A state that is written is read as the same state.
+   void checkRoundTrip( tpcli::State const & state ) {
+      std::string const text = written( state );
+      tpcli::State const again = read( text );
+      ASSERT_EQ( shown( again ), shown( state ) ) << text;
+      ASSERT_EQ( written( again ), text );
    }
 
    std::string path() const { return path_; }
@@ -215,6 +235,35 @@ TEST_F( StateText, IsRefusedWhereverItIsBroken ) {
    }
    EXPECT_GT( refused, 7000u );
    EXPECT_GT( valid, 300u );
+}
+
+// Of the files that are there, and of changed texts that are states all the same.
+TEST_F( StateText, IsWrittenAsItIsRead ) {
+   unsigned states = 0;
+   for ( char const * folder : { "examples", "tests/cases" } ) {
+      std::filesystem::path const path = std::filesystem::path( TP_SOURCE_DIR ) / folder;
+      for ( auto const & file : std::filesystem::recursive_directory_iterator( path ) ) {
+         if ( file.path().extension() == ".json" ) {
+            try {
+               checkRoundTrip( tpcli::findSource( file.path() )->read().state );
+               states += 1;
+            } catch ( tpcli::FileError const & ) {
+               // A counter store.
+            }
+         }
+      }
+   }
+   EXPECT_GT( states, 15u );
+   for ( unsigned i = 0; i < 1'500; ++i ) {
+      std::string const text = broken( random_ );
+      try {
+         checkRoundTrip( read( text ) );
+         states += 1;
+      } catch ( tpcli::FileError const & ) {
+      }
+      ASSERT_FALSE( HasFatalFailure() ) << text;
+   }
+   EXPECT_GT( states, 100u );
 }
 
 } // namespace

@@ -29,10 +29,11 @@ EXCEPTIONS = {
     ("TrafficPolicy/counters/CounterView.h", "TrafficPolicy/views/RendererV2.h"),
     ("TrafficPolicy/counters/CounterView.h", "TrafficPolicy/views/Selection.h"),
     ("sources/file/CounterStoreWriter.cpp", "TrafficPolicy/views/RendererV2.h"),
-    ("sources/file/StateWriter.cpp", "TrafficPolicy/views/RendererV2.h"),
-    ("sources/file/RuleWriter.h", "TrafficPolicy/views/RendererV2.h"),
     ("cli/Reply.h", "TrafficPolicy/views/RendererV2.h"),
     ("cli/RecordFilter.cpp", "TrafficPolicy/counters/CounterLookup.h"),
+    ("sources/file/RuleWriter.cpp", "TrafficPolicy/views/RendererV2.h"),
+    ("sources/file/StateWriter.cpp", "TrafficPolicy/views/RendererV2.h"),
+    ("cli/BoundShow.h", "TrafficPolicy/model/Binding.h"),
 }
 
 

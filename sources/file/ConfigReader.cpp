@@ -152,23 +152,40 @@ void readPolicies( JsonValue & value, TrafficPolicy::TrafficPolicyConfig & confi
    } );
 }
 
+// One policy, or a list of them, each once.
+template< typename Binding >
+void readBinding( Binding const & binding, JsonValue & value, State & state, RecentNames & policies,
+                  Vorn::String const * present ) {
+   if ( present ) {
+      value.fail( "given twice" );
+   }
+   auto const bind = [&]( JsonValue & v ) {
+      Vorn::String const policy = policies.get( v.name( "a policy name" ) );
+      if ( !state.bind( binding, policy ) ) {
+         v.fail( quoted( policy.view() ) + " stands in the list twice" );
+      }
+   };
+   if ( value.isList() ) {
+      value.list( [&]( JsonValue v ) { bind( v ); } );
+   } else {
+      bind( value );
+   }
+}
+
 } // namespace
 
 void readConfig( JsonValue & value, State & state ) {
    RecentNames policies;
-   auto const policy = [&]( JsonValue & v ) { return policies.get( v.name( "a policy name" ) ); };
    auto const cpu = [&]( JsonValue & map ) {
       map.map( [&]( std::string_view vrf, JsonValue v ) {
-         if ( !state.vrfConfig->trafficPoliciesIs( vrfOf( vrf, v ), policy( v ) ) ) {
-            v.fail( "given twice" );
-         }
+         L3::VrfName const name = vrfOf( vrf, v );
+         readBinding( name, v, state, policies, state.vrfConfig->trafficPolicies( name ) );
       } );
    };
    auto const interfaces = [&]( JsonValue & map ) {
       map.map( [&]( std::string_view intf, JsonValue v ) {
-         if ( !state.intfConfig->intfIs( Pelx::IntfId( intf ), policy( v ) ) ) {
-            v.fail( "given twice" );
-         }
+         Pelx::IntfId const name( intf );
+         readBinding( name, v, state, policies, state.intfConfig->intf( name ) );
       } );
    };
    value.object(

@@ -1,14 +1,17 @@
-// Writing a rule of a state file.
+// A rule as an object of a state file.
 
 #pragma once
 
 #include "TrafficPolicy/platform/records/ConfigRecords.h"
-#include "TrafficPolicy/views/RendererV2.h"
+
+namespace wendo {
+class RendererV2;
+}
 
 namespace tpcli {
 
-// As an element of the open list.
-void addRule( wendo::RendererV2 & renderer, uint32_t sequence, Vorn::String const & name,
-              PolicyMap::PolicyMapSubConfig const & config );
+// The rule of this name and number, in a list that is open.
+void addRule( wendo::RendererV2 & renderer, PolicyMap::PolicyMapSubConfig const & policy,
+              uint32_t sequence, Vorn::String const & name );
 
 } // namespace tpcli

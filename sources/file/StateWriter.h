@@ -1,4 +1,4 @@
-// Writing a state file.
+// A state as the text of a state file.
 
 #pragma once
 
@@ -7,8 +7,8 @@
 
 namespace tpcli {
 
-// Writes the state as a state file, one JSON object on one line: read again, it gives the same
-// bytes of every show.
+// One line. Reading it gives records that every show writes the same bytes from, unless a name is
+// not UTF-8, which no JSON document can hold.
 void formatState( wendo::PrintBuffer & buffer, State const & state );
 
 } // namespace tpcli
