@@ -169,9 +169,9 @@ std::string syntaxError( std::string const & text ) {
 }
 
 // Changes of a byte or of a few, most of them where the text's structure is.
-std::string broken( test::Random & random ) {
+std::string broken( test::Random & random, std::string_view whole = stateText ) {
    static constexpr std::string_view bytes = "{}[],:\"\\ 0123456789-.eEtrufalsn\n\x01\x80\xc3\xff";
-   std::string text( stateText );
+   std::string text( whole );
    for ( unsigned left = 1 + random.below( 3 ); left > 0; --left ) {
       auto const size = static_cast< unsigned >( text.size() );
       size_t at = random.below( size );
@@ -264,6 +264,31 @@ TEST_F( StateText, IsWrittenAsItIsRead ) {
       ASSERT_FALSE( HasFatalFailure() ) << text;
    }
    EXPECT_GT( states, 100u );
+}
+
+// Documents of switches: whatever is changed in them, they are read or refused, and what is read is
+// shown and written.
+TEST_F( StateText, OfSwitchesIsReadOrRefused ) {
+   unsigned read_ = 0;
+   unsigned refused = 0;
+   for ( char const * name :
+         { "examples/openconfig/campus-edge.json", "examples/openconfig/control-plane.json",
+           "tests/cases/openconfig/loose.json", "examples/sonic/config_db.json",
+           "tests/cases/sonic/config.json" } ) {
+      std::string const whole = test::readFile( std::filesystem::path( TP_SOURCE_DIR ) / name );
+      for ( unsigned i = 0; i < 400; ++i ) {
+         std::string const text = broken( random_, whole );
+         std::string const message = error( text );
+         ( message.empty() ? read_ : refused ) += 1;
+         ASSERT_TRUE( message.empty() || message.starts_with( path() + ": " ) ) << message;
+         if ( message.empty() && i % 4 == 0 ) {
+            checkRoundTrip( read( text ) );
+            ASSERT_FALSE( HasFatalFailure() ) << text;
+         }
+      }
+   }
+   EXPECT_GT( read_, 200u );
+   EXPECT_GT( refused, 1000u );
 }
 
 } // namespace

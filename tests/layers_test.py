@@ -17,9 +17,15 @@ LAYERS = {
     "TrafficPolicy/counters": ["TrafficPolicy/model", "TrafficPolicy/platform"],
     "TrafficPolicy/model": ["TrafficPolicy/platform"],
     "TrafficPolicy/platform": [],
-    "sources": ["sources/file", "TrafficPolicy/platform"],
+    "sources": ["sources/file", "sources/json", "sources/openconfig", "sources/rules", "sources/sonic",
+                "TrafficPolicy/platform"],
     "sources/file": ["sources", "sources/json", "TrafficPolicy/platform"],
     "sources/json": ["sources", "TrafficPolicy/platform"],
+    "sources/openconfig": ["sources", "sources/json", "sources/rules", "TrafficPolicy/platform"],
+    "sources/redis": ["sources", "TrafficPolicy/platform"],
+    "sources/rules": ["sources", "TrafficPolicy/platform"],
+    "sources/sonic": ["sources", "sources/json", "sources/redis", "sources/rules",
+                      "TrafficPolicy/platform"],
     "cli": ["sources", "sources/file", "TrafficPolicy", "TrafficPolicy/platform"],
 }
 # Where two layers meet all the same: the action writer looks up counters, and what writes a reply or

@@ -116,6 +116,13 @@ double JsonValue::real() {
    return number;
 }
 
+std::string_view JsonValue::numberText() {
+   if ( !isNumber() ) {
+      failKind( "a number" );
+   }
+   return text_->number();
+}
+
 bool JsonValue::boolean() {
    text_->next();
    bool const isTrue = text_->isWord( "true" );

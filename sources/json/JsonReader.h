@@ -70,6 +70,8 @@ public:
       return anyNumber( what, maximum );
    }
    double real();
+   // Any number, as it is written; valid until the next value is read.
+   std::string_view numberText();
    bool boolean();
    // A string; valid until anything else is read.
    std::string_view string() {

@@ -1,4 +1,4 @@
-#include "sources/file/StateFile.h"
+// The state file as a whole.
 
 #include "sources/file/StateReader.h"
 
@@ -11,15 +11,6 @@ State readState( InputFile & file ) {
                    optional( "status", [&]( JsonValue & v ) { readStatus( v, state ); } ) );
    } );
    return state;
-}
-
-Reading StateFile::read() {
-   InputFile file( path_ );
-   return { readState( file ), {} };
-}
-
-std::string StateFile::defaultCounterStore() const {
-   return path_ == "-" ? "" : path_ + ".counters";
 }
 
 } // namespace tpcli
