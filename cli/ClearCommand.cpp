@@ -3,6 +3,7 @@
 #include "cli/Errors.h"
 #include "cli/ShowCommand.h"
 #include "cli/Time.h"
+#include "sources/StateFolder.h"
 #include "sources/file/CounterStore.h"
 
 #include <string>
@@ -99,6 +100,9 @@ void clearCounters( Session & session, Command const & command ) {
    if ( command.has( Option::policy ) && !policyStatus ) {
       hintAtUnknownNames( session, command );
       return;
+   }
+   if ( !workspace.isCounterStoreNamed() ) {
+      makeFoldersOf( path );
    }
    CounterStoreLock const lock( path );
    auto const store = readCounterStore( path, *status );

@@ -36,6 +36,8 @@ public:
    Vorn::Ptr< TrafficPolicy::Counter > const & counterStore() const { return counterStore_; }
    // Empty where no store is read and none can be written.
    std::string counterStorePath() const;
+   // The user said where it is.
+   bool isCounterStoreNamed() const { return !options_.counterStorePath.empty(); }
 
    // The show that ran last.
    Vorn::Ptr< TrafficPolicyCli::ShowTrafficPolicyBase > show;

@@ -28,6 +28,10 @@ function(tp_import name header)
                              INTERFACE_INCLUDE_DIRECTORIES "${TP_${name}_INCLUDE_DIR}")
 endfunction()
 
+function(tp_find_hiredis)
+   tp_import(hiredis hiredis/hiredis.h hiredis libhiredis.so.0.14)
+endfunction()
+
 # A 32-bit program does without line editing where there is no library of its architecture.
 function(tp_find_libedit)
    if(tp_library_dirs)
