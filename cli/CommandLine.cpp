@@ -27,6 +27,14 @@ std::string fileName( std::string_view option ) {
    return optarg;
 }
 
+bool yesOrNo( std::string_view option ) {
+   std::string_view const word = optarg;
+   if ( word != "yes" && word != "no" ) {
+      throw UsageError( "--" + std::string( option ) + " is yes or no" );
+   }
+   return word == "yes";
+}
+
 [[noreturn]] void refuseOption( std::string_view argument ) {
    std::string name( argument.substr( 0, argument.find( '=' ) ) );
    bool const isLong = name.starts_with( "--" );
@@ -63,6 +71,12 @@ void takeOption( Options & options, int option, char * const * argv ) {
       break;
    case 'f':
       options.failFast = true;
+      break;
+   case 'o':
+      options.openMetrics = true;
+      break;
+   case 'm':
+      options.metricsRules = yesOrNo( "metrics-rules" );
       break;
    case 'h':
       options.help = true;

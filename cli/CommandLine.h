@@ -16,6 +16,8 @@ struct Options {
    std::string pager;            // a command for the shell; empty: none
    bool json = false;
    bool failFast = false;
+   bool openMetrics = false;
+   bool metricsRules = true;
    bool help = false;
    bool version = false;
    std::vector< std::string > command; // empty: commands come from standard input

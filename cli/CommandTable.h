@@ -23,6 +23,7 @@ enum class Verb : uint8_t {
    status,
    snapshot,
    schema,
+   metrics,
    types,
    completion,
    complete,

@@ -3,7 +3,7 @@
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 #include "cli/Completion.h"
 #include "cli/LineInput.h"
-#include "cli/StateFolder.h"
+#include "sources/StateFolder.h"
 
 #include <histedit.h>
 #include <poll.h>

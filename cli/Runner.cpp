@@ -5,15 +5,18 @@
 #include "cli/CommandWalk.h"
 #include "cli/Errors.h"
 #include "cli/Help.h"
+#include "cli/Metrics.h"
 #include "cli/RatesCommand.h"
 #include "cli/Reply.h"
 #include "cli/Schemas.h"
 #include "cli/ShellCompletion.h"
 #include "cli/ShowCommand.h"
 #include "cli/StatusCommand.h"
+#include "cli/Time.h"
 #include "cli/TypesCommand.h"
 #include "sources/file/StateWriter.h"
 
+#include <chrono>
 #include <new>
 #include <system_error>
 
@@ -40,6 +43,20 @@ void show( Session & session, Command const & command ) {
    } else {
       showPolicies( session, command );
    }
+}
+
+void metrics( Session & session, Command const & command ) {
+   using Seconds = std::chrono::duration< double >;
+   auto const begin = std::chrono::steady_clock::now();
+   session.workspace.readSource();
+   MetricsOptions const options{ .openMetrics = session.options.openMetrics,
+                                 .rules = session.options.metricsRules,
+                                 .readSeconds =
+                                    Seconds( std::chrono::steady_clock::now() - begin ).count(),
+                                 .readTimestamp = currentTime() };
+   writeReply( session, command, [&]( auto & renderer ) {
+      writeMetrics( renderer, session.workspace.state(), options );
+   } );
 }
 
 Status status( Session & session, Command const & command ) {

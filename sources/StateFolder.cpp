@@ -2,46 +2,48 @@
 
 #include "sources/FileError.h"
 
-#include <sys/stat.h>
-
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
+#include <filesystem>
+#include <system_error>
 
 namespace tpcli {
 
-namespace {
-
-std::string environment( char const * name ) {
-   char const * const value = std::getenv( name );
-   return value ? value : "";
+std::string stateFolder() {
+   char const * const state = std::getenv( "XDG_STATE_HOME" );
+   char const * const home = std::getenv( "HOME" );
+   // The standard of these folders lets only absolute names count.
+   if ( state && *state == '/' ) {
+      return std::string( state ) + "/tpcli";
+   }
+   return home && *home == '/' ? std::string( home ) + "/.local/state/tpcli" : "";
 }
 
-} // namespace
+std::string makeStateFolder() {
+   std::string folder = stateFolder();
+   std::error_code error;
+   if ( !folder.empty() ) {
+      std::filesystem::create_directories( folder, error );
+   }
+   return error ? "" : folder;
+}
 
 std::string counterStoreOf( std::string_view name ) {
-   if ( std::string const named = environment( "TPCLI_COUNTER_STORE" ); !named.empty() ) {
+   char const * const named = std::getenv( "TPCLI_COUNTER_STORE" );
+   if ( named && *named ) {
       return named;
    }
-   std::string folder = environment( "XDG_STATE_HOME" );
-   if ( !folder.starts_with( '/' ) ) {
-      // A relative one is to be ignored.
-      std::string const home = environment( "HOME" );
-      if ( home.empty() ) {
-         return "";
-      }
-      folder = home + "/.local/state";
-   }
-   return folder.append( "/tpcli/" ).append( name ).append( ".counters" );
+   std::string const folder = stateFolder();
+   return folder.empty() ? "" : folder + "/" + std::string( name ) + ".counters";
 }
 
 void makeFoldersOf( std::string const & path ) {
-   for ( size_t slash = path.find( '/', 1 ); slash != path.npos;
-         slash = path.find( '/', slash + 1 ) ) {
-      std::string const folder = path.substr( 0, slash );
-      if ( ::mkdir( folder.c_str(), 0700 ) < 0 && errno != EEXIST && errno != EROFS ) {
-         throw FileError( folder + ": " + std::strerror( errno ) );
-      }
+   std::filesystem::path const folder = std::filesystem::path( path ).parent_path();
+   std::error_code error;
+   if ( !folder.empty() ) {
+      std::filesystem::create_directories( folder, error );
+   }
+   if ( error ) {
+      throw FileError( folder.string() + ": cannot make the folder: " + error.message() );
    }
 }
 

@@ -40,6 +40,7 @@ EXCEPTIONS = {
     ("sources/file/RuleWriter.cpp", "TrafficPolicy/views/RendererV2.h"),
     ("sources/file/StateWriter.cpp", "TrafficPolicy/views/RendererV2.h"),
     ("cli/BoundShow.h", "TrafficPolicy/model/Binding.h"),
+    ("cli/Metrics.h", "TrafficPolicy/views/RendererV2.h"),
 }
 
 

@@ -54,7 +54,8 @@ RedisAddress serverOf( JsonTree const & tree, JsonNode const & instance ) {
 }
 
 DatabasePlaces readPlaces( std::string const & file ) {
-   JsonTree const tree( file, InputFile( file ) );
+   InputFile text( file );
+   JsonTree const tree( text );
    JsonNode const & instances = needed( tree, tree.root(), "INSTANCES" );
    JsonNode const & known = needed( tree, tree.root(), "DATABASES" );
    DatabasePlaces places;
