@@ -18,13 +18,14 @@ class BoundShow : public Show {
    VORN_RECORD( Self )
 
    template< typename... Inputs >
-   explicit BoundShow( FurtherPolicies< Key > const & further, Inputs &&... inputs )
+   explicit BoundShow( Vorn::Ptr< FurtherPolicies< Key > const > const & further,
+                       Inputs &&... inputs )
       : Show( std::forward< Inputs >( inputs )... )
       , further_( further ) {}
 
    void cachePoliciesState() override {
       Show::cachePoliciesState();
-      for ( auto const & [binding, policies] : further_ ) {
+      for ( auto const & [binding, policies] : further_->all() ) {
          for ( Vorn::String const & policy : policies ) {
             wendo::interrupt::check();
             auto const state = this->getOrCreatePolicyState( policy );
@@ -35,7 +36,7 @@ class BoundShow : public Show {
    }
 
 private:
-   FurtherPolicies< Key > further_;
+   Vorn::Ptr< FurtherPolicies< Key > const > further_;
 };
 
 using BoundShowCpu =

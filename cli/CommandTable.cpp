@@ -185,7 +185,7 @@ constexpr PipeRow pipes[] = {
 };
 
 constexpr ProgramOptionRow programOptions[] = {
-   { 's', "state", "FILE", "the state file; - is standard input" },
+   { 's', "state", "SOURCE", "what to read: a file, - for standard input, or sonic: and a place" },
    { 'c', "counter-store", "FILE", "where the counts at the last clear are kept" },
    { 't', "trace", "LEVELS", "trace levels to write to standard error: 8, 7,8 or 1-8" },
    { 'j', "json", "", "JSON instead of text, for replies and errors" },

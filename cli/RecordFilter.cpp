@@ -246,9 +246,9 @@ private:
 
    void keepBindings( State & result ) const {
       result.vrfConfig = Vorn::create< PolicyMap::VrfConfig >();
-      result.furtherVrfPolicies = {};
+      result.furtherVrfPolicies = Vorn::create< FurtherPolicies< L3::VrfName > >();
       result.intfConfig = Vorn::create< PolicyMap::IntfConfig >();
-      result.furtherIntfPolicies = {};
+      result.furtherIntfPolicies = Vorn::create< FurtherPolicies< Pelx::IntfId > >();
       auto const keep = [&]( auto const & binding, Vorn::String const & name ) {
          if ( keepsBound( name ) ) {
             result.bind( binding, name );

@@ -100,6 +100,9 @@ Status run( Session & session, CommandText const & text, bool isLine ) {
    case Verb::complete:
       writeText( session, command, completeWords( command.arguments, session.workspace ) );
       break;
+   case Verb::metrics:
+      metrics( session, command );
+      break;
    case Verb::types:
       writeReply( session, command,
                   [&]( auto & renderer ) { listTypes( renderer, command.argument() ); } );

@@ -6,19 +6,44 @@
 #include "TrafficPolicy/platform/records/StatusRecords.h"
 #include "TrafficPolicy/platform/vorn/Create.h"
 
+#include <utility>
+
 namespace tpcli {
 
 // The policies of a VRF or an interface beside the one that its configuration record holds.
 template< typename Binding >
-using FurtherPolicies = Vorn::HashMap< Binding, Vorn::HashSet< Vorn::String > >;
+class FurtherPolicies : public Vorn::PtrInterface {
+   using Self = FurtherPolicies;
+   VORN_RECORD( Self )
+
+   using Policies = Vorn::HashSet< Vorn::String >;
+
+   Vorn::HashMap< Binding, Policies > const & all() const { return all_; }
+   // The policies there, or null.
+   Policies const * at( Binding const & binding ) const { return all_.lookup( binding ); }
+   // False when the policy is there already.
+   bool add( Binding const & binding, Vorn::String const & policy ) {
+      if ( auto * policies = all_.lookup( binding ) ) {
+         return policies->insert( policy );
+      }
+      Policies policies;
+      policies.insert( policy );
+      return all_.set( binding, std::move( policies ) );
+   }
+
+private:
+   Vorn::HashMap< Binding, Policies > all_;
+};
 
 struct State {
    Vorn::Ptr< TrafficPolicy::TrafficPolicyConfig > config =
       Vorn::create< TrafficPolicy::TrafficPolicyConfig >();
    Vorn::Ptr< PolicyMap::VrfConfig > vrfConfig = Vorn::create< PolicyMap::VrfConfig >();
    Vorn::Ptr< PolicyMap::IntfConfig > intfConfig = Vorn::create< PolicyMap::IntfConfig >();
-   FurtherPolicies< L3::VrfName > furtherVrfPolicies;
-   FurtherPolicies< Pelx::IntfId > furtherIntfPolicies;
+   Vorn::Ptr< FurtherPolicies< L3::VrfName > > furtherVrfPolicies =
+      Vorn::create< FurtherPolicies< L3::VrfName > >();
+   Vorn::Ptr< FurtherPolicies< Pelx::IntfId > > furtherIntfPolicies =
+      Vorn::create< FurtherPolicies< Pelx::IntfId > >();
 
    Vorn::Ptr< TrafficPolicy::Status > status = Vorn::create< TrafficPolicy::Status >();
    Vorn::Ptr< Ip::AllVrfConfig > allVrfConfig = Vorn::create< Ip::AllVrfConfig >();
@@ -34,11 +59,11 @@ struct State {
    // Calls the function with each VRF or interface and each policy that is bound there.
    template< typename Function >
    void forEachVrfBinding( Function const & function ) const {
-      forEachBinding( vrfConfig->trafficPolicies(), furtherVrfPolicies, function );
+      forEachBinding( vrfConfig->trafficPolicies(), *furtherVrfPolicies, function );
    }
    template< typename Function >
    void forEachIntfBinding( Function const & function ) const {
-      forEachBinding( intfConfig->intf(), furtherIntfPolicies, function );
+      forEachBinding( intfConfig->intf(), *furtherIntfPolicies, function );
    }
 
 private:
@@ -47,7 +72,7 @@ private:
                                Function const & function ) {
       for ( auto const & [binding, policy] : bound ) {
          function( binding, policy );
-         if ( auto const * others = further.empty() ? nullptr : further.lookup( binding ) ) {
+         if ( auto const * others = further.all().empty() ? nullptr : further.at( binding ) ) {
             for ( Vorn::String const & other : *others ) {
                function( binding, other );
             }

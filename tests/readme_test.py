@@ -24,6 +24,18 @@ with tempfile.TemporaryDirectory() as folder:
             failed += 1
             print(f"$ {command}\n{done.stdout}{done.stderr}", file=sys.stderr)
 
+    # Transcripts of the documents, standard error included, in a copy of the examples.
+    shutil.copytree(ROOT / "examples", f"{folder}/examples")
+    for path in sorted(ROOT.glob("docs/*.md")):
+        blocks = re.findall(r"```console\n(.*?)```", path.read_text(), re.S)
+        for command, wanted in re.findall(r"^\$ tpcli (.*)\n((?:(?!\$ ).*\n)*)", "".join(blocks), re.M):
+            done = subprocess.run([os.environ["TPCLI"], *shlex.split(command)], cwd=folder, text=True,
+                                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=60)
+            passed += done.stdout == wanted
+            failed += done.stdout != wanted
+            if done.stdout != wanted:
+                print(f"{path.name}: $ tpcli {command}\n{done.stdout}", file=sys.stderr)
+
 
 def check(holds, failure):
     global passed, failed

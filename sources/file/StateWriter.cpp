@@ -47,7 +47,7 @@ void addBindings( RendererV2 & renderer, JsonKey const & key, Bound const & boun
    }
    auto const all = renderer.object( key );
    for ( auto const & [binding, policy] : bound ) {
-      auto const * others = further.lookup( binding );
+      auto const * others = further.at( binding );
       if ( !others ) {
          renderer._addJsonKeyValuePair( binding.string(), policy );
          continue;
@@ -66,8 +66,8 @@ void addConfig( RendererV2 & renderer, State const & state ) {
    static constexpr JsonKey interfaces( "interfaces" );
    auto const open = renderer.object( config );
    addPolicies( renderer, *state.config );
-   addBindings( renderer, cpu, state.vrfConfig->trafficPolicies(), state.furtherVrfPolicies );
-   addBindings( renderer, interfaces, state.intfConfig->intf(), state.furtherIntfPolicies );
+   addBindings( renderer, cpu, state.vrfConfig->trafficPolicies(), *state.furtherVrfPolicies );
+   addBindings( renderer, interfaces, state.intfConfig->intf(), *state.furtherIntfPolicies );
 }
 
 void addId( RendererV2 & renderer, Umbo::UniqueId const & id ) {
