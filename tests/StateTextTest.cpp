@@ -275,9 +275,9 @@ TEST_F( StateText, OfSwitchesIsReadOrRefused ) {
          { "examples/openconfig/campus-edge.json", "examples/openconfig/control-plane.json",
            "tests/cases/openconfig/loose.json", "examples/sonic/config_db.json",
            "tests/cases/sonic/config.json" } ) {
-      std::string const whole = test::readFile( std::filesystem::path( TP_SOURCE_DIR ) / name );
+      std::string const all = test::readFile( std::filesystem::path( TP_SOURCE_DIR ) / name );
       for ( unsigned i = 0; i < 400; ++i ) {
-         std::string const text = broken( random_, whole );
+         std::string const text = broken( random_, all );
          std::string const message = error( text );
          ( message.empty() ? read_ : refused ) += 1;
          ASSERT_TRUE( message.empty() || message.starts_with( path() + ": " ) ) << message;

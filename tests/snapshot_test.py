@@ -26,7 +26,8 @@ with tempfile.TemporaryDirectory() as folder:
             continue  # broken on purpose, or no state
         copy.write_bytes(snapshot.stdout)
         wanted, got = (run(path, input=SHOWS) for path in (state, copy))
-        same = (wanted.stdout, wanted.stderr, wanted.returncode) == (got.stdout, got.stderr, got.returncode)
+        # What the records cannot hold is noted on standard error, and is not in the snapshot.
+        same = (wanted.stdout, wanted.returncode) == (got.stdout, got.returncode)
         if same and run(copy, "snapshot").stdout == snapshot.stdout:
             passed += 1
         else:

@@ -4,6 +4,8 @@
 #include "TrafficPolicy/views/RendererV2.h"
 #include "sources/file/RuleWriter.h"
 
+#include <algorithm>
+
 namespace tpcli {
 
 namespace {
@@ -11,6 +13,27 @@ namespace {
 using PolicyMap::PolicyMapStatus;
 using wendo::JsonKey;
 using wendo::RendererV2;
+
+// The empty name of a VRF or an interface as the key of a member. To the renderer an empty key is
+// that of a list's element otherwise.
+struct EmptyName {
+   static constexpr bool empty() { return false; }
+};
+constexpr size_t room( wendo::JsonName< EmptyName > ) {
+   return 3;
+}
+char * put( char * to, wendo::JsonName< EmptyName > ) {
+   return std::copy_n( "\"\":", 3, to );
+}
+
+template< typename Value >
+void addNamed( RendererV2 & renderer, Vorn::String const & name, Value const & value ) {
+   if ( name.empty() ) {
+      renderer._addJsonKeyValuePair( EmptyName(), value );
+   } else {
+      renderer._addJsonKeyValuePair( name, value );
+   }
+}
 
 void addPolicies( RendererV2 & renderer, TrafficPolicy::TrafficPolicyConfig const & config ) {
    static constexpr JsonKey trafficPolicies( "trafficPolicies" );
@@ -49,7 +72,7 @@ void addBindings( RendererV2 & renderer, JsonKey const & key, Bound const & boun
    for ( auto const & [binding, policy] : bound ) {
       auto const * others = further.at( binding );
       if ( !others ) {
-         renderer._addJsonKeyValuePair( binding.string(), policy );
+         addNamed( renderer, binding.string(), policy );
          continue;
       }
       auto const list = renderer.list( binding.string() );
@@ -176,9 +199,9 @@ void addVrfs( RendererV2 & renderer, State const & state ) {
    auto const all = renderer.object( l3Interfaces );
    for ( auto const & [intf, l3] : state.l3IntfStatusDir->intfStatus() ) {
       if ( l3 ) {
-         renderer._addJsonKeyValuePair( intf.string(), l3->vrf().string() );
+         addNamed( renderer, intf.string(), l3->vrf().string() );
       } else {
-         renderer._addJsonKeyValuePair( intf.string(), nullptr );
+         addNamed( renderer, intf.string(), nullptr );
       }
    }
 }
