@@ -137,7 +137,7 @@ void addConditions( RendererV2 & renderer, StructuredFilter const & filter ) {
    addList( renderer, destinationSets, filter.dstPrefixSets() );
    addProtocols( renderer, filter );
    addList( renderer, lengths, filter.length() );
-   if ( auto const fragment = filter.fragment() ) {
+   if ( auto const & fragment = filter.fragment() ) {
       addFragment( renderer, *fragment );
    }
    addList( renderer, dscp, filter.dscp() );

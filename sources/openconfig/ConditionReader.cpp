@@ -11,7 +11,6 @@ namespace tpcli {
 namespace {
 
 using Classification::FragmentType;
-using Classification::NumericalRange;
 using Classification::TcpFlagAndMask;
 
 constexpr uint32_t portMax = 65535;
