@@ -24,7 +24,7 @@ ShowTrafficPolicySide< Show, Binding >::getOrCreatePolicyState( Vorn::String pol
    if ( auto const * present = policyState( policyName ) ) {
       return *present;
    }
-   Vorn::Ptr< PolicyState > const state = Vorn::create< typename Binding::State >( policyName );
+   Vorn::Ptr< PolicyState > state = Vorn::create< typename Binding::State >( policyName );
    policyStateIs( policyName, state );
    return state;
 }

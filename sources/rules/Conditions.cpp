@@ -2,7 +2,6 @@
 
 namespace tpcli {
 
-using Classification::ProtocolRange;
 using Classification::ProtoField;
 
 Vorn::Ptr< ProtoField const > Conditions::field( uint8_t number, bool isIcmp ) const {

@@ -81,8 +81,7 @@ std::vector< std::string_view > SwitchHashes::keys( SonicDatabase database,
    } while ( cursor != "0" );
    // A scan may give a key several times.
    std::ranges::sort( keys );
-   auto const twice = std::ranges::unique( keys );
-   keys.erase( twice.begin(), twice.end() );
+   keys.erase( std::unique( keys.begin(), keys.end() ), keys.end() );
    return keys;
 }
 

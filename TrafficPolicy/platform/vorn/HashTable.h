@@ -237,14 +237,18 @@ private:
    static constexpr size_t entriesAt =
       ( sizeof( Block ) + alignof( Entry ) - 1 ) / alignof( Entry ) * alignof( Entry );
 
+   struct Address {
+      Block * block = nullptr;
+   };
+
    bool inBlock() const { return state_ & blockBit; }
    Block * block() const {
-      uintptr_t address = 0;
+      Address address;
       std::memcpy( &address, memory_, sizeof address );
-      return reinterpret_cast< Block * >( address );
+      return address.block;
    }
    void blockIs( Block * block ) {
-      auto const address = reinterpret_cast< uintptr_t >( block );
+      Address const address{ block };
       std::memcpy( memory_, &address, sizeof address );
       state_ = blockBit;
    }

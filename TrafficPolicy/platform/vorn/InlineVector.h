@@ -67,19 +67,23 @@ public:
       std::uninitialized_move( begin(), end(), grown );
       std::destroy( begin(), end() );
       release();
-      auto const address = reinterpret_cast< uintptr_t >( grown );
+      Address const address{ grown };
       std::memcpy( memory_, &address, sizeof address );
       capacity_ = static_cast< uint32_t >( elements );
    }
 
 private:
+   struct Address {
+      T * elements = nullptr;
+   };
+
    T * first() const {
       if ( capacity_ == inPlace ) {
          return std::launder( reinterpret_cast< T * >( const_cast< char * >( memory_ ) ) );
       }
-      uintptr_t address = 0;
+      Address address;
       std::memcpy( &address, memory_, sizeof address );
-      return reinterpret_cast< T * >( address );
+      return address.elements;
    }
    void release() {
       if ( capacity_ != inPlace ) {

@@ -18,13 +18,12 @@ namespace wendo {
 
 namespace {
 
-constexpr int await_ms = 100;
+constexpr int awaitTime = 100; // ms
 
 } // namespace
 
 Descriptor::Descriptor( int fd )
-   : fd_( fd )
-   , kind_( Kind::neverBlocks ) {
+   : fd_( fd ) {
    struct stat status {};
    int const flags = ::fcntl( fd, F_GETFL );
    if ( flags < 0 || ::fstat( fd, &status ) < 0 ) {
@@ -86,7 +85,7 @@ size_t Descriptor::write( std::string_view bytes ) {
 }
 
 void Descriptor::await() {
-   isReady( await_ms );
+   isReady( awaitTime );
 }
 
 void Descriptor::widen( [[maybe_unused]] size_t bytes ) {

@@ -40,7 +40,7 @@ private:
 
    int fd_;
    int own_ = -1;
-   Kind kind_;
+   Kind kind_ = Kind::neverBlocks;
 };
 
 // Writes the last line of a command, within half a second, so that a stalled reader cannot keep it.
