@@ -53,7 +53,7 @@ Status runLines( Session & session ) {
       return runEach( session, *lines, terminal );
    } catch ( FileError const & error ) {
       session.report.inputLineIs( 0 );
-      session.report.error( error.what() );
+      session.report.error( error );
    } catch ( std::bad_alloc const & ) {
       session.report.outOfMemory();
    }

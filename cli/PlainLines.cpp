@@ -29,7 +29,7 @@ public:
             throw std::bad_alloc();
          }
          if ( std::feof( stdin ) == 0 && !wendo::interrupt::requested ) {
-            throw FileError( std::string( "standard input: " ) + std::strerror( errno ) );
+            throw FileError( "standard input", std::strerror( errno ) );
          }
          if ( prompt_ ) {
             std::fputs( "\n", stdout );

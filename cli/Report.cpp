@@ -64,6 +64,23 @@ void Report::error( std::string_view message ) const {
                 : "tpcli: " + whole + '\n' );
 }
 
+void Report::error( FileError const & error ) const {
+   if ( !json_ ) {
+      Report::error( std::string_view( error.what() ) );
+      return;
+   }
+   std::string text = R"({"error":{"message":)" + jsonText( place() + error.message() )
+                      + R"(,"file":)" + jsonText( error.file() );
+   if ( error.place().pointer ) {
+      text += R"(,"place":)" + jsonText( *error.place().pointer );
+   }
+   if ( error.place().line > 0 ) {
+      text += R"(,"line":)" + std::to_string( error.place().line ) + R"(,"column":)"
+              + std::to_string( error.place().column );
+   }
+   write( text + "}}\n" );
+}
+
 void Report::hint( std::string_view message ) const {
    std::string const whole = place().append( message );
    write( json_ ? R"({"hint":{"message":)" + jsonText( whole ) + "}}\n"

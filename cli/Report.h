@@ -3,6 +3,7 @@
 #pragma once
 
 #include "cli/Errors.h"
+#include "sources/FileError.h"
 
 #include <cstddef>
 #include <string>
@@ -20,6 +21,8 @@ public:
 
    void usage( UsageError const & error ) const;
    void error( std::string_view message ) const;
+   // As JSON with the file and the place in it as members, as far as they are known.
+   void error( FileError const & error ) const;
    // Something that may be meant, or not; it changes no status.
    void hint( std::string_view message ) const;
    // Needs no memory.

@@ -130,7 +130,7 @@ Status runCommand( Session & session, CommandText const & text, bool isLine ) {
       session.report.usage( error );
       return Status::usage;
    } catch ( FileError const & error ) {
-      session.report.error( error.what() );
+      session.report.error( error );
       return Status::failed;
    } catch ( std::system_error const & error ) {
       // Whoever closes the pipe has seen enough.

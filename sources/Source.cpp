@@ -23,7 +23,7 @@ std::unique_ptr< Source > makeSwitch( std::string const & text ) {
 #ifdef TP_SONIC
    return make< SonicSwitch >( text );
 #else
-   throw FileError( text + ": this program was built without reading databases" );
+   throw FileError( text, "this program was built without reading databases" );
 #endif
 }
 

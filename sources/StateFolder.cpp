@@ -43,7 +43,7 @@ void makeFoldersOf( std::string const & path ) {
       std::filesystem::create_directories( folder, error );
    }
    if ( error ) {
-      throw FileError( folder.string() + ": cannot make the folder: " + error.message() );
+      throw FileError( folder.string(), "cannot make the folder: " + error.message() );
    }
 }
 

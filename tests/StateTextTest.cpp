@@ -154,6 +154,38 @@ TEST_F( StateText, IsReadWhateverItsWindows ) {
    }
 }
 
+TEST_F( StateText, IsRefusedWithItsPlace ) {
+   struct {
+      char const * text;
+      char const * wanted;
+   } const cases[] = {
+      { "{\"status\":{\n  \"vrfs\" : [\"a\",\n\t\"a\" ]}}", "3,2 /status/vrfs/1" },
+      { "{\"config\":\n{\"cpu\": \n{\"\u00fc\": \"P\", \"\u00fc\":  \"Q\"}}}",
+        "3,18 /config/cpu/\u00fc" },
+      { R"({"config":{"trafficPolicies":{"P":{"rules":[{"name":"R"},
+{"name":"S"},{"name":"R"}]}}}})",
+        "2,14 /config/trafficPolicies/P/rules/2" },
+      { R"({"config":{"trafficPolicies":{"P":{"rules":[{"name":"R","sequence":30},
+{"name":"S","sequence":2}, {"name":"T"}]}}}})",
+        "2,28 /config/trafficPolicies/P/rules/2" },
+      { " []", "1,2 " },
+      { "{\"status\":{\n\"vrfs\":[\"\u20ac\" \"a\"]}}", "2,15" },
+   };
+   for ( auto const & [text, wanted] : cases ) {
+      try {
+         read( text );
+         ADD_FAILURE() << text;
+      } catch ( tpcli::FileError const & error ) {
+         auto const & place = error.place();
+         EXPECT_EQ( std::to_string( place.line ) + "," + std::to_string( place.column )
+                       + ( place.pointer ? " " + *place.pointer : "" ),
+                    wanted );
+         EXPECT_EQ( error.file(), path() );
+         EXPECT_TRUE( std::string_view( error.what() ).ends_with( ": " + error.message() ) );
+      }
+   }
+}
+
 // What another parser says of the text: empty for JSON, else the error as ours has it.
 std::string syntaxError( std::string const & text ) {
    rapidjson::MemoryStream stream( text.data(), text.size() );

@@ -68,7 +68,7 @@ Vorn::Ptr< PolicyMap::ClassAction const > readActions( JsonValue & value, Shared
       }
    };
    auto const setDscp = [&]( JsonValue & v ) {
-      auto const dscp = static_cast< uint8_t >( v.number( "a DSCP value", 63 ) );
+      auto const dscp = static_cast< uint8_t >( readNumber( v, dscpValues ) );
       add( ActionType::setDscp, Vorn::create< PolicyMap::SetDscpAction >( dscp ) );
    };
    auto const setTrafficClass = [&]( JsonValue & v ) {

@@ -26,6 +26,7 @@ struct Rule {
    std::optional< uint32_t > sequence;
    Vorn::Ptr< ClassMapSubConfig const > match;
    Vorn::Ptr< PolicyMap::ClassAction const > actions;
+   JsonText::Position position; // in the file
 };
 
 Vorn::Ptr< ClassMapSubConfig const > readMatch( JsonValue & value ) {
@@ -45,6 +46,7 @@ Vorn::Ptr< ClassMapSubConfig const > readMatch( JsonValue & value ) {
 
 Rule readRule( JsonValue & value, SharedActions & shared ) {
    Rule rule;
+   rule.position = value.position();
    auto const name = [&]( JsonValue & v ) { rule.name = v.name( "a rule name" ); };
    auto const number = [&]( JsonValue & v ) {
       rule.sequence = static_cast< uint32_t >( v.number( "a sequence number", ~uint32_t{ 0 } ) );
@@ -69,8 +71,11 @@ void prefetchEntry( std::vector< Rule > const & rules, size_t rule,
 }
 
 // Enters the rules: names in the file's order, numbers sorted, with room reserved for all.
-void enterRules( JsonValue & list, std::vector< Rule > const & rules,
+void enterRules( JsonValue const & list, std::vector< Rule > const & rules,
                  PolicyMapSubConfig & config ) {
+   auto const fail = [&]( Rule const & rule, std::string const & message ) {
+      list.failElement( static_cast< size_t >( &rule - rules.data() ), rule.position, message );
+   };
    config.classesReserve( rules.size() );
    std::vector< Rule const * > bySequence;
    bySequence.reserve( rules.size() );
@@ -80,7 +85,7 @@ void enterRules( JsonValue & list, std::vector< Rule > const & rules,
       // reader follows the names of these entries.
       auto const match = rule.match ? rule.match : Vorn::create< ClassMapSubConfig >();
       if ( !config.rawClassMapIs( rule.name, match ) ) {
-         list.fail( "the rule name " + quoted( rule.name.view() ) + " is given twice" );
+         fail( rule, "the rule name " + quoted( rule.name.view() ) + " is given twice" );
       }
       if ( rule.actions ) {
          config.classActionIs( rule.name, rule.actions );
@@ -94,8 +99,8 @@ void enterRules( JsonValue & list, std::vector< Rule > const & rules,
    Rule const * previous = nullptr;
    for ( Rule const * rule : bySequence ) {
       if ( previous && previous->sequence == rule->sequence ) {
-         list.fail( "the rules " + quoted( previous->name.view() ) + " and "
-                    + quoted( rule->name.view() ) + " have the same sequence number" );
+         fail( *rule, "the rules " + quoted( previous->name.view() ) + " and "
+                         + quoted( rule->name.view() ) + " have the same sequence number" );
       }
       config.classSequenceIs( *rule->sequence, rule->name );
       previous = rule;

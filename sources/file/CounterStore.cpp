@@ -21,7 +21,7 @@ namespace tpcli {
 namespace {
 
 [[noreturn]] void fail( std::string const & path, int error ) {
-   throw FileError( path + ": " + std::strerror( error ) );
+   throw FileError( path, std::string( "cannot write: " ) + std::strerror( error ) );
 }
 
 // The target of a symbolic link, so that replacing it keeps the link.

@@ -22,18 +22,27 @@ static_assert( Vorn::declaredLines< ProtoField >.size() == 6 );
 static_assert( Vorn::declaredLines< Fragment >.size() == 2 );
 static_assert( Vorn::declaredLines< TypeAndCode >.size() == 1 );
 
-constexpr uint32_t portMax = 65535;
-constexpr uint32_t lengthMax = 65535;
-constexpr uint32_t byteMax = 255;
-constexpr uint32_t dscpMax = 63;
+constexpr NumberKind ports{ "a port", 65535 };
+constexpr NumberKind packetLengths{ "a packet length", 65535 };
+constexpr NumberKind fragmentOffsets{ "a fragment offset", 65535 };
+constexpr NumberKind icmpTypes{ "an ICMP type", 255 };
+constexpr NumberKind icmpCodes{ "an ICMP code", 255 };
+constexpr NumberKind ttls{ "a TTL", 255 };
+
+// Frames and labels have no names for protocols.
+constexpr NumberKind protocolsOf( ClassMapMatchOption family ) {
+   return { "a protocol", 255,
+            family == ClassMapMatchOption::ipv4   ? Names::ipv4Protocol
+            : family == ClassMapMatchOption::ipv6 ? Names::ipv6Protocol
+                                                  : nullptr };
+}
 
 // A list of ranges, each once, into the set behind the accessor.
 template< typename Range, typename Record >
-auto ranges( Record & record, bool ( Record::*insert )( Range const & ), std::string_view what,
-             uint32_t maximum ) {
-   return [&record, insert, what, maximum]( JsonValue & list ) {
+auto ranges( Record & record, bool ( Record::*insert )( Range const & ), NumberKind const & kind ) {
+   return [&record, insert, &kind]( JsonValue & list ) {
       list.list( [&]( JsonValue v ) {
-         if ( !( record.*insert )( readRange< Range >( v, what, maximum ) ) ) {
+         if ( !( record.*insert )( readRange< Range >( v, kind ) ) ) {
             v.fail( "the range stands in the list twice" );
          }
       } );
@@ -84,34 +93,42 @@ void readIcmp( JsonValue & value, ProtoField & field ) {
    value.list( [&]( JsonValue entry ) {
       Classification::IcmpTypeRange type;
       auto const codes = Vorn::create< TypeAndCode >();
-      entry.object(
-         required( "type",
-                   [&]( JsonValue & v ) {
-                      type =
-                         readRange< Classification::IcmpTypeRange >( v, "an ICMP type", byteMax );
-                   } ),
-         optional( "codes", ranges( *codes, &TypeAndCode::icmpCodeIs, "an ICMP code", byteMax ) ) );
+      entry.object( required( "type",
+                              [&]( JsonValue & v ) {
+                                 type = readRange< Classification::IcmpTypeRange >( v, icmpTypes );
+                              } ),
+                    optional( "codes", ranges( *codes, &TypeAndCode::icmpCodeIs, icmpCodes ) ) );
       if ( !field.icmpIs( type, codes ) ) {
          entry.fail( "the type stands in the list twice" );
       }
    } );
 }
 
-void readProtocol( JsonValue & value, StructuredFilter & filter ) {
+// A single protocol is shown by its name, which the shows know for IP alone.
+ProtocolRange readProtocolRange( JsonValue & value, ClassMapMatchOption family ) {
+   NumberKind const kind = protocolsOf( family );
+   auto const range = readRange< ProtocolRange >( value, kind );
+   if ( range.low == range.high && !kind.nameOf ) {
+      std::string_view const name = PolicyMap::matchOptionName( family ).view();
+      value.fail( "a match of the family " + std::string( name )
+                  + " takes ranges of protocols, no single one" );
+   }
+   return range;
+}
+
+void readProtocol( JsonValue & value, StructuredFilter & filter, ClassMapMatchOption family ) {
    ProtocolRange protocol;
    auto const field = Vorn::create< ProtoField >();
-   auto const number = [&]( JsonValue & v ) {
-      protocol = readRange< ProtocolRange >( v, "a protocol", byteMax );
-   };
+   auto const number = [&]( JsonValue & v ) { protocol = readProtocolRange( v, family ); };
    auto const tcpFlags = [&]( JsonValue & v ) {
       uint16_t const flags = readTcpFlags( v );
       field->tcpFlagsIs( { flags, flags } );
    };
    value.object(
       required( "protocol", number ),
-      optional( "sourcePorts", ranges( *field, &ProtoField::sportIs, "a port", portMax ) ),
+      optional( "sourcePorts", ranges( *field, &ProtoField::sportIs, ports ) ),
       optional( "sourcePortSets", setNames( *field, &ProtoField::sportFieldSetIs ) ),
-      optional( "destinationPorts", ranges( *field, &ProtoField::dportIs, "a port", portMax ) ),
+      optional( "destinationPorts", ranges( *field, &ProtoField::dportIs, ports ) ),
       optional( "destinationPortSets", setNames( *field, &ProtoField::dportFieldSetIs ) ),
       optional( "tcpFlags", tcpFlags ),
       optional( "icmp", [&]( JsonValue & v ) { readIcmp( v, *field ); } ) );
@@ -125,7 +142,7 @@ Vorn::Ptr< Fragment const > readFragment( JsonValue & value ) {
    bool hasOffsets = false;
    auto const offsets = [&]( JsonValue & v ) {
       hasOffsets = true;
-      ranges( *fragment, &Fragment::offsetIs, "a fragment offset", lengthMax )( v );
+      ranges( *fragment, &Fragment::offsetIs, fragmentOffsets )( v );
    };
    auto const type = [&]( JsonValue & v ) {
       fragment->fragmentTypeIs( readEnum( v, Classification::fragmentTypes, FragmentType::all,
@@ -148,7 +165,7 @@ Vorn::Ptr< StructuredFilter const > readFilter( JsonValue & value, ClassMapMatch
    using Filter = StructuredFilter;
    auto const filter = Vorn::create< Filter >();
    auto const protocols = [&]( JsonValue & list ) {
-      list.list( [&]( JsonValue v ) { readProtocol( v, *filter ); } );
+      list.list( [&]( JsonValue v ) { readProtocol( v, *filter, family ); } );
    };
    auto const neighbor = [&]( JsonValue & v ) {
       filter->neighborProtocolIs( readRoutingProtocol( v ) );
@@ -162,10 +179,10 @@ Vorn::Ptr< StructuredFilter const > readFilter( JsonValue & value, ClassMapMatch
       optional( "destinations", prefixes( *filter, &Filter::destinationsIs, family ) ),
       optional( "destinationPrefixSets", setNames( *filter, &Filter::dstPrefixSetsIs ) ),
       optional( "protocols", protocols ),
-      optional( "lengths", ranges( *filter, &Filter::lengthIs, "a packet length", lengthMax ) ),
+      optional( "lengths", ranges( *filter, &Filter::lengthIs, packetLengths ) ),
       optional( "fragment", [&]( JsonValue & v ) { filter->fragmentIs( readFragment( v ) ); } ),
-      optional( "dscp", ranges( *filter, &Filter::dscpIs, "a DSCP value", dscpMax ) ),
-      optional( "ttl", ranges( *filter, &Filter::ttlIs, "a TTL", byteMax ) ),
+      optional( "dscp", ranges( *filter, &Filter::dscpIs, dscpValues ) ),
+      optional( "ttl", ranges( *filter, &Filter::ttlIs, ttls ) ),
       optional( "neighborProtocol", neighbor ), optional( "l4Protocol", l4Protocol ),
       optional( "ipOptions", [&]( JsonValue & v ) { filter->matchIpOptionsIs( v.boolean() ); } ) );
    if ( filter->sources() && filter->srcPrefixSets() ) {

@@ -24,6 +24,9 @@ Vorn::Ptr< ClassMapStatus const > readRule( Vorn::String const & name, JsonValue
          if ( !rule->matchIs( familyOf( v.string(), v ) ) ) {
             v.fail( "the family stands in the list twice" );
          }
+         if ( rule->matchs() > 1 ) {
+            v.fail( "a rule is programmed for one family at most" );
+         }
       } );
    };
    auto const packets = [&]( JsonValue & v ) { rule->packetCountIs( v.number( "a count" ) ); };

@@ -6,6 +6,7 @@
 #include "TrafficPolicy/platform/records/MatchOption.h"
 #include "TrafficPolicy/platform/records/Ranges.h"
 #include "TrafficPolicy/platform/values/IpGenPrefix.h"
+#include "TrafficPolicy/platform/values/NameTables.h"
 #include "TrafficPolicy/platform/values/VrfName.h"
 #include "sources/json/JsonReader.h"
 
@@ -15,35 +16,30 @@
 
 namespace tpcli {
 
-// A number, or a pair of low and high.
+// Numbers of one kind.
+struct NumberKind {
+   std::string_view what; // in errors: "a port"
+   uint32_t maximum;
+   // The names that numbers have, empty for one without; null: none has.
+   wendo::PlainText const & ( *nameOf )( uint32_t number ) = nullptr;
+};
+inline constexpr NumberKind dscpValues{ "a DSCP value", 63, Names::dscp };
+
+// A number, or its name.
+uint32_t readNumber( JsonValue & value, NumberKind const & kind );
+
+// A number, a pair of low and high, or such a pair as text: 80, [80, 90], "80-90".
+Classification::NumericalRange readBounds( JsonValue & value, NumberKind const & kind );
+
 template< typename Range >
-Range readRange( JsonValue & value, std::string_view what, uint32_t maximum ) {
+Range readRange( JsonValue & value, NumberKind const & kind ) {
    Range range;
-   if ( !value.isList() ) {
-      range.low = range.high = static_cast< uint32_t >( value.number( what, maximum ) );
-      return range;
-   }
-   uint32_t bounds[2] = {};
-   size_t count = 0;
-   value.list( [&]( JsonValue bound ) {
-      if ( count == 2 ) {
-         bound.fail( "a range is one number or a pair" );
-      }
-      bounds[count++] = static_cast< uint32_t >( bound.number( what, maximum ) );
-   } );
-   if ( count != 2 ) {
-      value.fail( "a range is one number or a pair" );
-   }
-   if ( bounds[0] > bounds[1] ) {
-      value.fail( "the range's low bound is above its high bound" );
-   }
-   range.low = bounds[0];
-   range.high = bounds[1];
+   static_cast< Classification::NumericalRange & >( range ) = readBounds( value, kind );
    return range;
 }
 
-// An address, "/" and a length. IPv4 or IPv6 as the rule's family; other families take both. Fails
-// when bits beyond the length are set.
+// An address, "/" and a length; without these, the whole address. IPv4 or IPv6 as the rule's family;
+// other families take both. Fails when bits beyond the length are set.
 Pelx::IpGenPrefix readPrefix( JsonValue & value, PolicyMap::ClassMapMatchOption family );
 
 L3::VrfName readVrf( JsonValue & value );

@@ -15,8 +15,8 @@ namespace tpcli {
 
 namespace {
 
-[[noreturn]] void fail( std::string const & path, int error ) {
-   throw FileError( ( path == "-" ? "standard input" : path ) + ": " + std::strerror( error ) );
+std::string nameOf( std::string const & path ) {
+   return path == "-" ? "standard input" : path;
 }
 
 // A call that the user may interrupt while it waits.
@@ -37,7 +37,7 @@ int open( std::string const & path ) {
                          : ::open( path.c_str(), O_RDONLY | O_CLOEXEC );
    } );
    if ( fd < 0 ) {
-      fail( path, errno );
+      throw FileError( nameOf( path ), std::strerror( errno ) );
    }
    return fd;
 }
@@ -53,7 +53,7 @@ uint64_t sizeOf( int fd ) {
 } // namespace
 
 InputFile::InputFile( std::string const & path, size_t step )
-   : path_( path )
+   : name_( nameOf( path ) )
    , file_( open( path ) )
    , step_( step )
    , buffer_( padding )
@@ -78,7 +78,7 @@ size_t InputFile::read() {
    ssize_t const count =
       interruptible( [&] { return ::read( file_.get(), buffer_.data() + size_, step_ ); } );
    if ( count < 0 ) {
-      fail( path_, errno );
+      throw FileError( name_, std::strerror( errno ) );
    }
    return static_cast< size_t >( count );
 }

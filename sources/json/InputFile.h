@@ -22,7 +22,8 @@ public:
    // empty until the first advance. Throws FileError, SigIntException.
    explicit InputFile( std::string const & path, size_t step = defaultStep );
 
-   std::string const & path() const { return path_; }
+   // The file's name, or "standard input".
+   std::string const & name() const { return name_; }
 
    // The window.
    char const * begin() const { return buffer_.data(); }
@@ -38,7 +39,7 @@ private:
    // Up to a step more, behind the window; 0 at the end of the file.
    size_t read();
 
-   std::string path_;
+   std::string name_;
    FileDescriptor file_;
    size_t step_;
    std::vector< char > buffer_; // the window and its padding

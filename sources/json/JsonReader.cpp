@@ -39,11 +39,11 @@ std::string quoted( std::string_view text ) {
    return result + "\"";
 }
 
-std::string Place::text() const {
+std::string Place::pointer() const {
    if ( !parent ) {
       return "";
    }
-   std::string path = parent->text() + "/";
+   std::string path = parent->pointer() + "/";
    if ( isElement ) {
       path += std::to_string( index );
    } else {
@@ -53,8 +53,14 @@ std::string Place::text() const {
 }
 
 void JsonValue::fail( std::string const & message ) const {
-   std::string const place = place_->text();
-   throw FileError( text_->path() + ": " + ( place.empty() ? "/" : place ) + ": " + message );
+   throw FileError( text_->name(), message,
+                    { place_->pointer(), place_->position.line, place_->position.column } );
+}
+
+void JsonValue::failElement( size_t index, JsonText::Position position,
+                             std::string const & message ) const {
+   Place const place{ .parent = place_, .index = index, .isElement = true, .position = position };
+   JsonValue( *text_, place ).fail( message );
 }
 
 void JsonValue::failKind( char const * wanted ) {
@@ -63,8 +69,7 @@ void JsonValue::failKind( char const * wanted ) {
 
 void JsonValue::failUnknown( std::string_view name ) {
    std::string const stable( name );
-   text_->colon();
-   Place const place{ place_, stable };
+   Place const place{ .parent = place_, .name = stable, .position = text_->memberValue() };
    JsonValue( *text_, place ).fail( "unknown member" );
 }
 

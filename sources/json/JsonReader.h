@@ -19,12 +19,13 @@ namespace tpcli {
 // Where in the document a value stands. A chain on the stack: it costs nothing until it is printed.
 struct Place {
    Place const * parent = nullptr;
-   std::string_view name;
+   std::string_view name{};
    size_t index = 0; // when there is no name: in a list
    bool isElement = false;
+   JsonText::Position position{}; // of the value
 
    // As a JSON pointer (RFC 6901), control characters escaped so that it stays one line.
-   std::string text() const;
+   std::string pointer() const;
 };
 
 // One member that an object may have, and what to do with its value.
@@ -86,14 +87,20 @@ public:
    bool null();
 
    JsonType type() { return text_->type(); }
-   bool isObject() { return type() == JsonType::object; }
-   bool isString() { return type() == JsonType::string; }
+   bool isObject() { return text_->next() == '{'; }
+   bool isString() { return text_->next() == '"'; }
    bool isNumber() { return type() == JsonType::number; }
-   bool isList() { return type() == JsonType::list; }
+   bool isList() { return text_->next() == '['; }
    bool isBoolean() { return type() == JsonType::boolean; }
+
+   // Where the value begins.
+   JsonText::Position position() const { return place_->position; }
 
    // The error of this value.
    [[noreturn]] void fail( std::string const & message ) const;
+   // The error of an element of this list, which was read; the element began there.
+   [[noreturn]] void failElement( size_t index, JsonText::Position position,
+                                  std::string const & message ) const;
 
 private:
    // The error of a value, not yet read, that is of another kind than wanted.
@@ -127,7 +134,7 @@ void JsonValue::object( Member< Actions > const &... members ) {
    static_assert( sizeof...( members ) <= 32 );
    enter( '{', "an object" );
    uint32_t seen = 0; // a bit for each member
-   Place place{ place_, {} };
+   Place place{ .parent = place_ };
    JsonValue value( *text_, place );
    for ( bool isFirst = true; text_->member( isFirst ); isFirst = false ) {
       std::string_view const name = text_->string();
@@ -143,7 +150,7 @@ void JsonValue::object( Member< Actions > const &... members ) {
       if ( !( isNamed( members ) || ... ) ) {
          failUnknown( name );
       }
-      text_->colon();
+      place.position = text_->memberValue();
       if ( seen & found ) {
          value.fail( "given twice" );
       }
@@ -173,8 +180,7 @@ void JsonValue::map( Action const & action ) {
    std::string name;
    for ( bool isFirst = true; text_->member( isFirst ); isFirst = false ) {
       name = text_->string();
-      text_->colon();
-      Place const place{ place_, name };
+      Place const place{ .parent = place_, .name = name, .position = text_->memberValue() };
       action( std::string_view( name ), JsonValue( *text_, place ) );
    }
 }
@@ -182,8 +188,9 @@ void JsonValue::map( Action const & action ) {
 template< typename Action >
 void JsonValue::list( Action const & action ) {
    enter( '[', "a list" );
-   Place place{ place_, {}, 0, true };
+   Place place{ .parent = place_, .isElement = true };
    for ( ; text_->element( place.index == 0 ); ++place.index ) {
+      place.position = text_->position();
       action( JsonValue( *text_, place ) );
    }
 }
@@ -191,7 +198,7 @@ void JsonValue::list( Action const & action ) {
 template< typename Action >
 void readJson( InputFile & file, Action const & action ) {
    JsonText text( file );
-   Place const place;
+   Place const place{ .position = text.position() };
    JsonValue root( text, place );
    if ( root.isObject() || root.isList() ) {
       action( root );

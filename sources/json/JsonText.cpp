@@ -96,8 +96,7 @@ JsonText::JsonText( InputFile & file )
 }
 
 void JsonText::fail( char const * message, size_t behind ) {
-   throw FileError( path() + ": line " + std::to_string( line_ ) + ", column "
-                    + std::to_string( column( at_ + behind ) ) + ": " + message );
+   throw FileError( name(), message, { {}, line_, column( at_ + behind ) } );
 }
 
 bool JsonText::more() {
@@ -372,7 +371,7 @@ void JsonText::skip() {
       }
       if ( !lists.empty() && !lists.back() ) {
          string();
-         colon();
+         memberValue();
       }
    } while ( !lists.empty() );
 }

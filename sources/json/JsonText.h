@@ -34,7 +34,8 @@ public:
    // The file stays the caller's and outlives this. Fails for a text without a value.
    explicit JsonText( InputFile & file );
 
-   std::string const & path() const { return file_.path(); }
+   // The file's name.
+   std::string const & name() const { return file_.name(); }
    Position position() const { return { line_, column( at_ ) }; }
 
    // The next character that is no white space; a zero byte at the end of the text.
@@ -65,12 +66,14 @@ public:
       }
       return anyMember( isFirst );
    }
-   // The colon behind a name.
-   void colon() {
+   // Moves from behind a name to its value; returns where that begins.
+   Position memberValue() {
       if ( next() != ':' ) [[unlikely]] {
          fail( "Missing a colon after a name of object member." );
       }
       take();
+      next();
+      return position();
    }
    // Nothing but white space follows.
    void end();

@@ -24,13 +24,12 @@ std::string placeOf( JsonNode const & node ) {
 } // namespace
 
 JsonTree::JsonTree( InputFile & file )
-   : path_( file.path() ) {
+   : name_( file.name() ) {
    readJson( file, [&]( JsonValue & value ) { build( root_, value, 0 ); } );
 }
 
 void JsonTree::fail( JsonNode const & node, std::string const & message ) const {
-   std::string const place = placeOf( node );
-   throw FileError( path_ + ": " + ( place.empty() ? "/" : place ) + ": " + message );
+   throw FileError( name_, message, { .pointer = placeOf( node ) } );
 }
 
 JsonNode & JsonTree::add( JsonNode & parent, JsonNode *& last ) {

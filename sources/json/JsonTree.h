@@ -61,7 +61,7 @@ private:
    void build( JsonNode & node, JsonValue & value, unsigned depth );
    JsonNode & add( JsonNode & parent, JsonNode *& last );
 
-   std::string path_;
+   std::string name_;
    std::pmr::monotonic_buffer_resource memory_; // of the nodes
    TextArena texts_;
    JsonNode root_;

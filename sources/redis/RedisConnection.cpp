@@ -62,7 +62,7 @@ void RedisConnection::finishConnecting() {
 }
 
 void RedisConnection::fail( std::string_view what ) const {
-   throw FileError( name_ + ": " + std::string( what ) );
+   throw FileError( name_, std::string( what ) );
 }
 
 void RedisConnection::check( int result ) const {

@@ -88,7 +88,7 @@ RedisAddress parseHost( std::string const & text ) {
    }
    if ( address.host.empty() || address.port == 0 || ( !rest.empty() && rest[0] != ':' )
         || ( inBrackets && hostEnd == text.npos ) ) {
-      throw FileError( "sonic:" + text + ": neither unix:PATH nor HOST[:PORT]" );
+      throw FileError( "sonic:" + text, "neither unix:PATH nor HOST[:PORT]" );
    }
    return address;
 }
