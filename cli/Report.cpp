@@ -69,8 +69,10 @@ void Report::error( FileError const & error ) const {
       Report::error( std::string_view( error.what() ) );
       return;
    }
-   std::string text = R"({"error":{"message":)" + jsonText( place() + error.message() )
-                      + R"(,"file":)" + jsonText( error.file() );
+   std::string text = R"({"error":{"message":)" + jsonText( place() + error.message() );
+   if ( !error.file().empty() ) {
+      text += R"(,"file":)" + jsonText( error.file() );
+   }
    if ( error.place().pointer ) {
       text += R"(,"place":)" + jsonText( *error.place().pointer );
    }

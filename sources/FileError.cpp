@@ -6,7 +6,7 @@ namespace {
 
 std::string oneLine( std::string const & file, std::string const & message,
                      FilePlace const & place ) {
-   std::string text = file + ": ";
+   std::string text = file.empty() ? "" : file + ": ";
    if ( place.line > 0 ) {
       text += "line " + std::to_string( place.line ) + ", column " + std::to_string( place.column )
               + ": ";

@@ -21,7 +21,7 @@ struct FilePlace {
 //    state.json: line 3, column 17: /config/cpu/default: 1 is not a string
 class FileError : public std::runtime_error {
 public:
-   // The file's name, or "standard input".
+   // The file's name, or "standard input"; empty where it is not known.
    FileError( std::string const & file, std::string const & message, FilePlace const & place = {} );
 
    std::string const & file() const { return file_; }

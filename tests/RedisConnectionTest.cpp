@@ -93,7 +93,7 @@ TEST( DatabasePlaces, AreFoundByTextOrFile ) {
    EXPECT_EQ( places[2].number, 16u );
    test::writeFile( file, R"({"INSTANCES":{},"DATABASES":{"CONFIG_DB":{"instance":"x"}}})" );
    EXPECT_EQ( error( [&] { findDatabases( "", file ); } ),
-              file + ": /DATABASES/CONFIG_DB: the member \"id\" is missing" );
+              file + ": line 1, column 42: /DATABASES/CONFIG_DB: the member \"id\" is missing" );
 }
 
 } // namespace

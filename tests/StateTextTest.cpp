@@ -161,7 +161,7 @@ TEST_F( StateText, IsRefusedWithItsPlace ) {
    } const cases[] = {
       { "{\"status\":{\n  \"vrfs\" : [\"a\",\n\t\"a\" ]}}", "3,2 /status/vrfs/1" },
       { "{\"config\":\n{\"cpu\": \n{\"\u00fc\": \"P\", \"\u00fc\":  \"Q\"}}}",
-        "3,18 /config/cpu/\u00fc" },
+        "3,20 /config/cpu/\u00fc" },
       { R"({"config":{"trafficPolicies":{"P":{"rules":[{"name":"R"},
 {"name":"S"},{"name":"R"}]}}}})",
         "2,14 /config/trafficPolicies/P/rules/2" },

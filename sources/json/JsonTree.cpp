@@ -17,8 +17,10 @@ std::string placeOf( JsonNode const & node ) {
       return "";
    }
    Place const root;
-   Place const place{ &root, node.name, node.index, node.parent->isList() };
-   return placeOf( *node.parent ) + place.text();
+   Place const place{
+      .parent = &root, .name = node.name, .index = node.index, .isElement = node.parent->isList()
+   };
+   return placeOf( *node.parent ) + place.pointer();
 }
 
 } // namespace
@@ -29,7 +31,7 @@ JsonTree::JsonTree( InputFile & file )
 }
 
 void JsonTree::fail( JsonNode const & node, std::string const & message ) const {
-   throw FileError( name_, message, { .pointer = placeOf( node ) } );
+   throw FileError( name_, message, { placeOf( node ), node.position.line, node.position.column } );
 }
 
 JsonNode & JsonTree::add( JsonNode & parent, JsonNode *& last ) {
@@ -51,6 +53,7 @@ void JsonTree::build( JsonNode & node, JsonValue & value, unsigned depth ) {
       value.fail( "nested too deeply" );
    }
    wendo::interrupt::check();
+   node.position = value.position();
    JsonNode * last = nullptr;
    switch ( value.type() ) {
    case JsonType::object:

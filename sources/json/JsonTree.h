@@ -21,6 +21,7 @@ struct JsonNode {
    uint32_t index = 0;    // in the list or object
    std::string_view name; // as a member; empty for an element
    std::string_view text; // a string's text; a number or word as it is written
+   JsonText::Position position{};
    JsonNode const * parent = nullptr;
    JsonNode const * first = nullptr; // of the members or elements
    JsonNode const * next = nullptr;

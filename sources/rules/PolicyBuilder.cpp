@@ -25,8 +25,8 @@ void PolicyBuilder::reserve( size_t rules ) {
 
 void PolicyBuilder::add( SwitchRule const & rule ) {
    if ( rules_ == Vorn::rulesMax ) {
-      throw FileError( "policy " + std::string( name().view() ),
-                       "more than " + std::to_string( Vorn::rulesMax ) + " rules" );
+      throw FileError( {}, "policy " + std::string( name().view() ) + ": more than "
+                              + std::to_string( Vorn::rulesMax ) + " rules" );
    }
    rules_ += 1;
    families_ |= 1u << static_cast< unsigned >( rule.family );
