@@ -254,6 +254,12 @@ TEST( Collections, TakeValuesOfTheirOwn ) {
    EXPECT_EQ( map.size(), 100u );
    EXPECT_EQ( sorted.size(), 100u );
    EXPECT_EQ( tree.size(), 100u );
+   while ( map ) {
+      EXPECT_TRUE( map.erase( map.begin()->key ) );
+      EXPECT_TRUE( sorted.erase( sorted.begin()->key ) );
+      EXPECT_TRUE( tree.erase( tree.begin()->first ) );
+   }
+   EXPECT_TRUE( set.erase( *set.begin() ) );
    EXPECT_EQ( text == "a text", true );
 }
 

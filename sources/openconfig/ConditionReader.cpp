@@ -117,8 +117,7 @@ void ConditionReader::notUnderstood( Leaf const & leaf, JsonNode const & value )
    place_.note( notes_, text + " is not understood" );
 }
 
-void ConditionReader::checkDefined( std::string_view kind,
-                                    std::unordered_set< std::string_view > const & names,
+void ConditionReader::checkDefined( std::string_view kind, NameSet const & names,
                                     std::string_view name ) {
    if ( !names.contains( name ) ) {
       place_.note( notes_,

@@ -44,8 +44,7 @@ private:
    void readLeaves( JsonNode const & container, LeafRow const ( &rows )[count] );
    bool isIp6() const { return family_ == PolicyMap::ClassMapMatchOption::ipv6; }
    void notUnderstood( Leaf const & leaf, JsonNode const & value );
-   void checkDefined( std::string_view kind, std::unordered_set< std::string_view > const & names,
-                      std::string_view name );
+   void checkDefined( std::string_view kind, NameSet const & names, std::string_view name );
 
    template< Side side >
    void address( Leaf const & leaf );

@@ -6,7 +6,6 @@
 
 #include <map>
 #include <optional>
-#include <unordered_map>
 
 namespace tpcli {
 
@@ -46,7 +45,7 @@ private:
 
    Count read( JsonNode const & node, Notes & notes, EntryPlace const & place );
 
-   std::map< SetKey, std::unordered_map< uint32_t, std::vector< IntfCount > > > byInterface_;
+   std::map< SetKey, std::map< uint32_t, std::vector< IntfCount > > > byInterface_;
    bool totalsAreSums_ = false;
    bool anyOctets_ = false;
 };

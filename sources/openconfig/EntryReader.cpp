@@ -46,8 +46,7 @@ bool saysAnything( JsonNode const * node ) {
    return node && saysAnything( *node );
 }
 
-void readNames( JsonTree const & tree, JsonNode const * list,
-                std::unordered_set< std::string_view > & names ) {
+void readNames( JsonTree const & tree, JsonNode const * list, NameSet & names ) {
    forEachEntry( tree, list, [&]( JsonNode const & entry ) {
       if ( JsonNode const * name = keyLeaf( entry, "name" ) ) {
          names.insert( name->text );

@@ -2,11 +2,10 @@
 
 #pragma once
 
+#include "sources/NameHash.h"
 #include "sources/json/JsonTree.h"
 #include "sources/rules/Notes.h"
 #include "sources/rules/PolicyBuilder.h"
-
-#include <unordered_set>
 
 namespace tpcli {
 
@@ -15,9 +14,9 @@ inline constexpr size_t setTypes = 5;
 
 // The names that "defined-sets" defines, by kind. The document outlives them.
 struct DefinedSets {
-   std::unordered_set< std::string_view > ip4Prefixes;
-   std::unordered_set< std::string_view > ip6Prefixes;
-   std::unordered_set< std::string_view > ports;
+   NameSet ip4Prefixes;
+   NameSet ip6Prefixes;
+   NameSet ports;
 };
 DefinedSets readDefinedSets( JsonTree const & tree, JsonNode const * node );
 

@@ -1,6 +1,7 @@
 #include "sources/sonic/AclTables.h"
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
+#include "sources/NameHash.h"
 #include "sources/TextArena.h"
 #include "sources/rules/Texts.h"
 #include "sources/sonic/RuleReader.h"
@@ -10,7 +11,6 @@
 #include <map>
 #include <memory>
 #include <span>
-#include <unordered_map>
 
 namespace tpcli {
 
@@ -214,25 +214,24 @@ void AclReader::readStatus() {
 
 // The ids of the rules' counters, in the order of the rules; empty where a rule has none.
 std::vector< std::string_view > AclReader::findCounters() {
-   std::unordered_map< std::string_view, size_t > places;
+   // By their names in the map of counters, "T:R" for "T|R", where either name may have a colon:
+   // two rules may have the same one.
+   TextArena names;
+   NameMultimap< size_t > places;
    places.reserve( rules_.size() );
+   std::string name;
    for ( size_t at = 0; at < rules_.size(); ++at ) {
-      places.emplace( rules_[at]->key, at );
+      name = rules_[at]->key;
+      name[rules_[at]->table.name.size()] = ':';
+      places.emplace( names.copy( name ), at );
    }
    std::vector< std::string_view > ids( rules_.size() );
-   std::string key;
    hashes_.fetch( SonicDatabase::counters, "", { "ACL_COUNTER_RULE_MAP" },
                   [&]( size_t, Hashes::Fields const & fields ) {
-                     for ( auto const & [name, id] : fields ) {
-                        // "T:R" for "T|R", where either name may have a colon.
-                        for ( size_t colon = name.find( ':' ); colon != name.npos;
-                              colon = name.find( ':', colon + 1 ) ) {
-                           key = name;
-                           key[colon] = '|';
-                           auto const found = places.find( key );
-                           if ( found != places.end() ) {
-                              ids[found->second] = ids_.copy( id );
-                           }
+                     for ( auto const & [rule, id] : fields ) {
+                        auto const [first, last] = places.equal_range( rule );
+                        for ( auto place = first; place != last; ++place ) {
+                           ids[place->second] = ids_.copy( id );
                         }
                      }
                   } );

@@ -52,9 +52,7 @@ struct PolicyMemberKey {
    Vorn::String policyName;
    Vorn::String name;
 
-   uint32_t hash( uint32_t seed = 0 ) const {
-      return Vorn::hashMix( seed ^ policyName.hash() ) ^ name.hash();
-   }
+   uint32_t hash() const { return Vorn::hashOfWords< 2 >( { policyName.hash(), name.hash() } ); }
    // The name first: it is what usually differs.
    friend bool operator==( PolicyMemberKey const & a, PolicyMemberKey const & b ) {
       return a.name == b.name && a.policyName == b.policyName;

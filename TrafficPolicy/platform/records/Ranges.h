@@ -14,7 +14,7 @@ struct NumericalRange {
    uint32_t low = 0;
    uint32_t high = 0;
 
-   uint32_t hash() const { return Vorn::hashMix( Vorn::hashMix( low ) ^ high ); }
+   uint32_t hash() const { return Vorn::hashOfWords< 2 >( { low, high } ); }
    friend auto operator<=>( NumericalRange const &, NumericalRange const & ) = default;
 };
 

@@ -128,13 +128,9 @@ char * IpGenPrefix::printToBuffer( char * to ) const {
 }
 
 uint32_t IpGenPrefix::hash() const {
-   uint32_t hash = Vorn::hashMix( static_cast< uint32_t >( family_ ) << 8 | length_ );
-   for ( size_t i = 0; i < bytes_.size(); i += 4 ) {
-      uint32_t word = 0;
-      std::memcpy( &word, bytes_.data() + i, 4 );
-      hash = Vorn::hashMix( hash ^ word );
-   }
-   return hash;
+   std::array< uint32_t, 6 > words{ static_cast< uint32_t >( family_ ), length_ };
+   std::memcpy( words.data() + 2, bytes_.data(), bytes_.size() );
+   return Vorn::hashOfWords( words );
 }
 
 size_t to_stringb( char * buffer, size_t size, IpGenPrefix const & prefix ) {

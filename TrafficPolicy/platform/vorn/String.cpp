@@ -1,5 +1,6 @@
 #include "TrafficPolicy/platform/vorn/String.h"
 
+#include "TrafficPolicy/platform/vorn/Hash.h"
 #include "TrafficPolicy/platform/vorn/Pool.h"
 
 #include <limits>
@@ -24,9 +25,10 @@ constexpr uint32_t needsEscape( uint32_t word ) {
           | zeroBytes( word ^ ( ones * '\\' ) );
 }
 
-constexpr uint32_t mix( uint32_t hash, uint32_t word ) {
-   uint64_t const product = uint64_t{ hash ^ word } * 0x9E3779B1u;
-   return static_cast< uint32_t >( product ) ^ static_cast< uint32_t >( product >> 32 );
+uint32_t wordAt( char const * text ) {
+   uint32_t word = 0;
+   std::memcpy( &word, text, sizeof word );
+   return word;
 }
 
 size_t paddedSize( size_t size ) {
@@ -38,24 +40,57 @@ struct Scan {
    bool plain;
 };
 
-// In words of four bytes, so that 32-bit and 64-bit machines have the same hash at full speed.
+// The sum of the text's words in pairs. Texts of one length have different pairs; where the length
+// is no multiple of a pair's, some bytes are in two words.
+class Summing {
+public:
+   explicit Summing( size_t size )
+      : sum_( hashKeys.size * size ) {}
+
+   // Up to a whole chunk.
+   void addChunk( char const * text, size_t size ) {
+      uint32_t const * keys = hashKeys.words.data();
+      for ( ; size > 8; size -= 8, text += 8, keys += 2 ) {
+         add( keys, wordAt( text ), wordAt( text + 4 ) );
+      }
+      if ( size == 8 ) {
+         add( keys, wordAt( text ), wordAt( text + 4 ) );
+      } else if ( size >= 4 ) {
+         add( keys, wordAt( text ), wordAt( text + size - 4 ) );
+      } else if ( size > 0 ) {
+         auto const byte = [&]( size_t at ) {
+            return uint32_t{ static_cast< unsigned char >( text[at] ) };
+         };
+         add( keys, byte( 0 ) | byte( size / 2 ) << 8 | byte( size - 1 ) << 16 | ' ' << 24,
+              ones * ' ' );
+      }
+   }
+   // The sum so far is a pair before the next chunk.
+   void endChunk() {
+      sum_ = hashPair( hashKeys.words.data() + HashKeys::chunk, static_cast< uint32_t >( sum_ ),
+                       static_cast< uint32_t >( sum_ >> 32 ) );
+   }
+   Scan end() const { return { hashOfSum( sum_ ), escapes_ == 0 }; }
+
+private:
+   void add( uint32_t const * keys, uint32_t a, uint32_t b ) {
+      sum_ += hashPair( keys, a, b );
+      escapes_ |= needsEscape( a ) | needsEscape( b );
+   }
+
+   uint64_t sum_;
+   uint32_t escapes_ = 0;
+};
+
 Scan scan( std::string_view text ) {
-   uint32_t hash = 0x811C9DC5u + static_cast< uint32_t >( text.size() );
-   uint32_t escapes = 0;
-   size_t at = 0;
-   for ( ; at + 4 <= text.size(); at += 4 ) {
-      uint32_t word = 0;
-      std::memcpy( &word, text.data() + at, 4 );
-      hash = mix( hash, word );
-      escapes |= needsEscape( word );
+   constexpr size_t chunk = HashKeys::chunk * sizeof( uint32_t );
+   Summing summing( text.size() );
+   for ( ; text.size() > chunk; text.remove_prefix( chunk ) ) {
+      summing.addChunk( text.data(), chunk );
+      summing.endChunk();
    }
-   if ( at < text.size() ) {
-      uint32_t word = ones * ' ';
-      std::memcpy( &word, text.data() + at, text.size() - at );
-      hash = mix( hash, word );
-      escapes |= needsEscape( word );
-   }
-   return { mix( hash, hash >> 15 ), escapes == 0 };
+   summing.addChunk( text.data(), text.size() );
+   return summing.end();
 }
 
 } // namespace
