@@ -76,7 +76,7 @@ public:
          if ( !wendo::interrupt::requested ) {
             return std::nullopt;
          }
-         wendo::interrupt::requested = 0; // the line is discarded
+         wendo::interrupt::requested = false; // the line is discarded
       }
    }
 

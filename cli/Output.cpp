@@ -117,7 +117,7 @@ public:
       redirection_.reset();
       child_.wait();
       // Interrupts of this time were the pager's.
-      wendo::interrupt::requested = 0;
+      wendo::interrupt::requested = false;
    }
    PagedOutput( PagedOutput const & ) = delete;
    PagedOutput & operator=( PagedOutput const & ) = delete;

@@ -37,7 +37,7 @@ public:
          if ( std::feof( stdin ) != 0 || !prompt_ ) {
             return std::nullopt;
          }
-         wendo::interrupt::requested = 0;
+         wendo::interrupt::requested = false;
          std::clearerr( stdin );
       }
       std::string text( line_, static_cast< size_t >( length ) );

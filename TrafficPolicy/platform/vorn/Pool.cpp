@@ -1,7 +1,5 @@
 #include "TrafficPolicy/platform/vorn/Pool.h"
 
-#include "TrafficPolicy/platform/vorn/Threading.h"
-
 #include <algorithm>
 #include <array>
 #include <mutex>
@@ -27,48 +25,98 @@ struct FreeBlock {
    FreeBlock * next;
 };
 
-// A stack of released blocks per size, and a chunk to cut new ones from.
-struct State {
-   std::array< FreeBlock *, pooledMax / alignment + 1 > released{};
-   char * at = nullptr;
-   size_t left = 0;
-   size_t chunk = firstChunk;
-};
-constinit State state;
-constinit std::mutex mutex;
-
-// Calls the function, under the lock while the process may have several threads.
-template< typename Function >
-auto alone( Function const & function ) {
-   if ( threadSafePointers ) [[unlikely]] {
-      std::lock_guard const lock( mutex );
-      return function();
+// The blocks of one thread at a time: a stack of released ones per size, and a chunk to cut new
+// ones from. A thread that ends leaves them to a later one.
+class Blocks {
+public:
+   // A block of the size class.
+   void * take( size_t index ) {
+      if ( FreeBlock * const block = released_[index] ) {
+         released_[index] = block->next;
+         return block;
+      }
+      if ( left_ < index * alignment ) {
+         startChunk();
+      }
+      left_ -= index * alignment;
+      return std::exchange( at_, at_ + index * alignment );
    }
-   return function();
+   void giveBack( void * block, size_t index ) {
+      released_[index] = ::new ( block ) FreeBlock{ released_[index] };
+   }
+
+   Blocks * nextIdle = nullptr;
+
+private:
+   // The rest of the old chunk is smaller than the requested block and stays unused.
+   void startChunk() {
+      at_ = static_cast< char * >( ::operator new( chunk_ ) );
+      left_ = chunk_;
+      chunk_ = std::min( chunk_ * 2, lastChunk );
+   }
+
+   std::array< FreeBlock *, pooledMax / alignment + 1 > released_{};
+   char * at_ = nullptr;
+   size_t left_ = 0;
+   size_t chunk_ = firstChunk;
+};
+
+constinit Blocks firstBlocks;
+constinit Blocks * idle = &firstBlocks;
+constinit std::mutex idleMutex;
+
+// The thread's blocks, once it has any. The model spares a call in a shared library.
+[[gnu::tls_model( "initial-exec" )]] constinit thread_local Blocks * ofThread = nullptr;
+// The thread destroys its last objects, after it left its blocks.
+constinit thread_local bool isEnding = false;
+
+Blocks & takeIdle() {
+   std::lock_guard const lock( idleMutex );
+   return idle ? *std::exchange( idle, idle->nextIdle ) : *new Blocks;
+}
+
+void leaveIdle( Blocks & blocks ) {
+   std::lock_guard const lock( idleMutex );
+   blocks.nextIdle = std::exchange( idle, &blocks );
+}
+
+// Has blocks for as long as the thread lives.
+class Membership {
+public:
+   Membership() { ofThread = &takeIdle(); }
+   Membership( Membership const & ) = delete;
+   Membership & operator=( Membership const & ) = delete;
+   ~Membership() {
+      isEnding = true;
+      leaveIdle( *std::exchange( ofThread, nullptr ) );
+   }
+};
+
+// What a thread without blocks does: it takes some, at its end for this call only.
+template< typename Function >
+[[gnu::noinline]] auto join( Function const & function ) {
+   if ( isEnding ) {
+      Blocks & blocks = takeIdle();
+      struct Leave {
+         Blocks & blocks;
+         ~Leave() { leaveIdle( blocks ); }
+      } const leave{ blocks };
+      return function( blocks );
+   }
+   thread_local Membership const membership;
+   return function( *ofThread );
+}
+
+template< typename Function >
+auto withBlocks( Function const & function ) {
+   if ( Blocks * const blocks = ofThread ) [[likely]] {
+      return function( *blocks );
+   }
+   return join( function );
 }
 
 size_t sizeClass( size_t bytes ) {
    return ( bytes + alignment - 1 ) / alignment;
-}
-
-// The rest of the old chunk is smaller than the requested block and stays unused.
-void startChunk() {
-   state.at = static_cast< char * >( ::operator new( state.chunk ) );
-   state.left = state.chunk;
-   state.chunk = std::min( state.chunk * 2, lastChunk );
-}
-
-// A block of the size class.
-void * take( size_t index ) {
-   if ( FreeBlock * const block = state.released[index] ) {
-      state.released[index] = block->next;
-      return block;
-   }
-   if ( state.left < index * alignment ) {
-      startChunk();
-   }
-   state.left -= index * alignment;
-   return std::exchange( state.at, state.at + index * alignment );
 }
 
 } // namespace
@@ -77,7 +125,7 @@ void * allocate( size_t bytes ) {
    if ( bytes > pooledMax || bytes == 0 ) {
       return ::operator new( bytes );
    }
-   return alone( [&] { return take( sizeClass( bytes ) ); } );
+   return withBlocks( [&]( Blocks & blocks ) { return blocks.take( sizeClass( bytes ) ); } );
 }
 
 void release( void * block, size_t bytes ) noexcept {
@@ -85,10 +133,11 @@ void release( void * block, size_t bytes ) noexcept {
       ::operator delete( block );
       return;
    }
-   alone( [&] {
-      FreeBlock *& first = state.released[sizeClass( bytes )];
-      first = ::new ( block ) FreeBlock{ first };
-   } );
+   try {
+      withBlocks( [&]( Blocks & blocks ) { blocks.giveBack( block, sizeClass( bytes ) ); } );
+   } catch ( std::bad_alloc const & ) {
+      // A thread that never had blocks gets none: this one is not used again.
+   }
 }
 
 } // namespace Vorn::Pool

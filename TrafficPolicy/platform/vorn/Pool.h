@@ -3,6 +3,9 @@
 // A large policy has some twenty small blocks per rule. They are allocated here without headers and
 // adjacent in the order of allocation, which is the order in which a show reads them. Released
 // blocks serve later requests of their size; the memory is never returned to the system.
+//
+// Each thread has blocks of its own, so that none waits for another. A block may be released by
+// another thread than the one that allocated it.
 
 #pragma once
 
@@ -13,7 +16,7 @@ namespace Vorn::Pool {
 // The alignment of every block, in bytes.
 inline constexpr size_t alignment = 8;
 
-// Throws std::bad_alloc. Thread-safe while the thread-safe-pointer switch is on.
+// Throws std::bad_alloc. Thread-safe, and so is release().
 void * allocate( size_t bytes );
 
 // Releases a block of allocate(), with the size given there.

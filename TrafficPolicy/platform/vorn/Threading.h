@@ -1,15 +1,32 @@
-// The framework's thread-safe-pointer switch. Counts are plain integers by default; a process that
-// shares entities between threads turns the switch on before it starts the second thread, and
-// counting becomes atomic.
+// What threads may do.
+//
+// Threads whose objects are separate need nothing: memory and accounting are safe by themselves. An
+// object is separate when no other thread has it or anything that it refers to, its strings
+// included: copying a handle or a string counts. Threads that share entities or strings, if only to
+// read them, need the thread-safe-pointer switch: it makes the counts of references atomic.
+// Changing a shared entity needs the caller's lock besides.
 
 #pragma once
 
 #include <atomic>
 
+#if __has_include( <sys/single_threaded.h> )
+#include <sys/single_threaded.h>
+#endif
+
 namespace Vorn {
 
 // Off at start. Not itself synchronised: set it while the process still has one thread.
 inline bool threadSafePointers = false;
+
+// True while the process certainly has one thread.
+inline bool isSingleThreaded() {
+#if __has_include( <sys/single_threaded.h> )
+   return __libc_single_threaded;
+#else
+   return false;
+#endif
+}
 
 // Adds to a counter under the switch's rule and returns the new value.
 template< typename Number >

@@ -4,6 +4,7 @@
 
 #include "TrafficPolicy/platform/vorn/TypeName.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -48,8 +49,8 @@ public:
    ConstructorRow const * constructor() const { return constructor_; }
 
    // Objects alive now, and their bytes (the objects' own size, not what their collections hold).
-   size_t objects() const { return objects_; }
-   uint64_t bytes() const { return uint64_t{ objects_ } * objectSize_; }
+   size_t objects() const { return objects_.load( std::memory_order_relaxed ); }
+   uint64_t bytes() const { return uint64_t{ objects() } * objectSize_; }
 
    // The tracked allocator: memory for one object, counted in this record. Throws std::bad_alloc.
    void * allocate() const;
@@ -67,11 +68,14 @@ public:
 private:
    friend class Registration;
 
+   // Adds to the count of objects, modulo the range of size_t.
+   void countBy( size_t amount ) const noexcept;
+
    static inline constinit TypeRecord const * first_ = nullptr;
 
    std::string_view name_;
    size_t objectSize_;
-   mutable size_t objects_ = 0;
+   mutable std::atomic< size_t > objects_ = 0;
    Other base_ = nullptr;
    Attributes attributes_;
    ConstructorRow const * constructor_ = nullptr;

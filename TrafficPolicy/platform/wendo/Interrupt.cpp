@@ -8,18 +8,18 @@ char const * SigIntException::what() const noexcept {
 
 namespace interrupt {
 
-volatile std::sig_atomic_t requested = 0;
+std::atomic< bool > requested = false;
 
 namespace {
-unsigned servedCount = 0;
+constinit thread_local unsigned servedCount = 0;
 }
 
 void request() noexcept {
-   requested = 1;
+   requested = true;
 }
 
 void serve() {
-   requested = 0;
+   requested = false;
    ++servedCount;
    throw SigIntException();
 }

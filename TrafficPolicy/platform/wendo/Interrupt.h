@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include <csignal>
+#include <atomic>
 #include <exception>
 
 namespace wendo {
@@ -15,7 +15,9 @@ public:
 
 namespace interrupt {
 
-extern volatile std::sig_atomic_t requested;
+// Of the process: the first thread that comes to a safe point serves it.
+extern std::atomic< bool > requested;
+static_assert( std::atomic< bool >::is_always_lock_free, "a signal handler sets it" );
 
 // Requests an interrupt. Async-signal-safe. The signal handler is installed without SA_RESTART, so
 // that waiting ends.
@@ -24,13 +26,13 @@ void request() noexcept;
 // Takes the request as served and throws SigIntException.
 void serve();
 
-// Interrupts served so far. A caller compares it before and after a call that catches the
-// exception.
+// Interrupts that this thread has served so far. A caller compares it before and after a call that
+// catches the exception.
 unsigned served() noexcept;
 
 // Serves a request, if there is one. Called in every loop whose length the records determine.
 inline void check() {
-   if ( requested ) [[unlikely]] {
+   if ( requested.load( std::memory_order_relaxed ) ) [[unlikely]] {
       serve();
    }
 }
