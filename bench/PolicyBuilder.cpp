@@ -1,5 +1,7 @@
 #include "bench/PolicyBuilder.h"
 
+#include "sources/SharedActions.h"
+
 #include <algorithm>
 #include <numeric>
 #include <random>
@@ -82,14 +84,15 @@ Vorn::Ptr< PolicyMap::ClassMapSubConfig const > makeClass( PlainRule const & rul
    return classConfig;
 }
 
-Vorn::Ptr< PolicyMap::ClassAction const > makeActions( PlainRule const & rule,
-                                                       Names const & names ) {
+// Rules share what has no value of its own, as where the program reads them.
+Vorn::Ptr< PolicyMap::ClassAction const > makeActions( PlainRule const & rule, Names const & names,
+                                                       tpcli::SharedActions & shared ) {
    auto const actions = create< PolicyMap::ClassAction >();
    auto const plain = [&]( ActionType type ) {
-      actions->policyActionIs( type, create< PolicyMap::Action >( type ) );
+      actions->policyActionIs( type, shared.plain( type ) );
    };
    auto const count = [&]( String const & counter ) {
-      actions->policyActionIs( ActionType::count, create< PolicyMap::CountAction >( counter ) );
+      actions->policyActionIs( ActionType::count, shared.count( counter.view() ) );
    };
    switch ( rule.actions ) {
    case Actions::dropCount:
@@ -143,9 +146,11 @@ Vorn::Ptr< PolicyMap::PolicyMapSubConfig const > makePolicy( std::vector< PlainR
    policy->namedCounterIs( names.permitted );
    policy->classesReserve( rules.size() );
    std::vector< Records > records( rules.size() );
+   tpcli::SharedActions shared;
    for ( uint32_t const at : orderOf( rules.size(), scattered ) ) {
       PlainRule const & rule = rules[at];
-      records[at] = { String( rule.name() ), makeClass( rule ), makeActions( rule, names ) };
+      records[at] = { String( rule.name() ), makeClass( rule ),
+                      makeActions( rule, names, shared ) };
    }
    uint32_t sequence = 0;
    for ( Records const & rule : records ) {

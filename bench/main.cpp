@@ -1,6 +1,7 @@
 // tp_bench: how fast the shows are, beside a plain copy of their output and beside RapidJSON.
 
 #include "bench/Measure.h"
+#include "bench/RecordMemory.h"
 #include "bench/Report.h"
 
 #include <benchmark/benchmark.h>
@@ -34,6 +35,7 @@ constexpr char usage[] =
    "  --distinct-names   names are not shared between configuration and status\n"
    "  --shuffled-status  the status lists its rules in another order\n"
    "  --scattered-records  the rules' records stand in memory in another order\n"
+   "  --memory           the memory of the records by kind, in place of times\n"
    "  --csv FILE         the results as comma-separated values\n"
    "and Google Benchmark's options, above all\n"
    "  --benchmark_filter=REGEX   of case names such as cpu/detail/json/pipe/10000\n"
@@ -45,6 +47,7 @@ struct Options {
    std::string csv;
    Effort effort;
    BuildOptions build;
+   bool memory = false;
 };
 
 std::vector< size_t > parseSizes( std::string const & text ) {
@@ -68,6 +71,7 @@ enum Option {
    distinctNames,
    shuffledStatus,
    scatteredRecords,
+   memory,
    csv,
    help
 };
@@ -96,6 +100,9 @@ void takeOption( Options & options, int option ) {
    case scatteredRecords:
       options.build.scatteredRecords = true;
       break;
+   case memory:
+      options.memory = true;
+      break;
    case csv:
       options.csv = optarg;
       break;
@@ -116,6 +123,7 @@ Options parseOptions( int argc, char ** argv ) {
                                    { "distinct-names", no_argument, nullptr, distinctNames },
                                    { "shuffled-status", no_argument, nullptr, shuffledStatus },
                                    { "scattered-records", no_argument, nullptr, scatteredRecords },
+                                   { "memory", no_argument, nullptr, memory },
                                    { "csv", required_argument, nullptr, csv },
                                    { "help", no_argument, nullptr, help },
                                    { nullptr, 0, nullptr, 0 } };
@@ -206,9 +214,14 @@ int runApart( Options const & options, size_t size, Report & report ) {
    if ( child == 0 ) {
       int status = 1;
       try {
-         // Never destroyed, see above.
-         auto * const program = new Program( options, size, report );
-         program->run();
+         if ( options.memory ) {
+            writeRecordMemory( std::cout, makeRules( readFilters( options.filters ), size ),
+                               options.build );
+         } else {
+            // Never destroyed, see above.
+            auto * const program = new Program( options, size, report );
+            program->run();
+         }
          status = 0;
       } catch ( std::exception const & exception ) {
          std::fprintf( stderr, "tp_bench: %s\n", exception.what() );

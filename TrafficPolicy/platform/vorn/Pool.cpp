@@ -45,13 +45,24 @@ public:
       released_[index] = ::new ( block ) FreeBlock{ released_[index] };
    }
 
+   Usage usage() const {
+      size_t unused = left_ + skipped_;
+      for ( size_t index = 1; index < released_.size(); ++index ) {
+         for ( FreeBlock const * block = released_[index]; block; block = block->next ) {
+            unused += index * alignment;
+         }
+      }
+      return { reserved_, reserved_ - unused };
+   }
+
    Blocks * nextIdle = nullptr;
 
 private:
-   // The rest of the old chunk is smaller than the requested block and stays unused.
+   // The rest of the old chunk, smaller than the requested block, stays unused.
    void startChunk() {
       at_ = static_cast< char * >( ::operator new( chunk_ ) );
-      left_ = chunk_;
+      skipped_ += std::exchange( left_, chunk_ );
+      reserved_ += chunk_;
       chunk_ = std::min( chunk_ * 2, lastChunk );
    }
 
@@ -59,6 +70,8 @@ private:
    char * at_ = nullptr;
    size_t left_ = 0;
    size_t chunk_ = firstChunk;
+   size_t reserved_ = 0; // bytes of all chunks
+   size_t skipped_ = 0;  // of them, the rests of old ones
 };
 
 constinit Blocks firstBlocks;
@@ -138,6 +151,10 @@ void release( void * block, size_t bytes ) noexcept {
    } catch ( std::bad_alloc const & ) {
       // A thread that never had blocks gets none: this one is not used again.
    }
+}
+
+Usage usage() {
+   return withBlocks( []( Blocks const & blocks ) { return blocks.usage(); } );
 }
 
 } // namespace Vorn::Pool

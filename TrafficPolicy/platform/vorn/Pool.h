@@ -22,6 +22,13 @@ void * allocate( size_t bytes );
 // Releases a block of allocate(), with the size given there.
 void release( void * block, size_t bytes ) noexcept;
 
+// What the calling thread's chunks hold, in bytes. Walks all released blocks.
+struct Usage {
+   size_t reserved; // of all chunks
+   size_t used;     // in blocks that are allocated; less those that another thread released
+};
+Usage usage();
+
 // The pool as a container's allocator.
 template< typename T >
 struct Allocator {
