@@ -197,6 +197,25 @@ constexpr ProgramOptionRow programOptions[] = {
    { 'v', "version", "", "print the version and exit" },
 };
 
+// Rows are found by their place.
+constexpr bool standInPlace() {
+   unsigned place = 0;
+   for ( OptionRow const & row : options ) {
+      if ( static_cast< unsigned >( row.option ) != place++ ) {
+         return false;
+      }
+   }
+   bool const all = place == optionCount;
+   place = 0;
+   for ( ArgumentRow const & row : arguments ) {
+      if ( static_cast< unsigned >( row.argument ) != place++ ) {
+         return false;
+      }
+   }
+   return all && place == argumentCount;
+}
+static_assert( standInPlace() );
+
 } // namespace
 
 std::optional< double > parseSeconds( std::string_view text ) {

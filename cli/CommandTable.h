@@ -47,6 +47,8 @@ enum class Argument : uint8_t {
    words
 };
 
+inline constexpr unsigned argumentCount = static_cast< unsigned >( Argument::words ) + 1;
+
 struct ArgumentRow {
    Argument argument;
    std::string_view placeholder;
@@ -77,7 +79,7 @@ enum class Option : uint8_t {
    interval,
    count
 };
-inline constexpr unsigned optionCount = 16;
+inline constexpr unsigned optionCount = static_cast< unsigned >( Option::count ) + 1;
 
 class OptionSet {
 public:

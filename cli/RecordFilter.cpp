@@ -1,6 +1,7 @@
 #include "cli/RecordFilter.h"
 
 #include "TrafficPolicy/counters/CounterLookup.h"
+#include "TrafficPolicy/platform/vorn/DescribeAttributes.h"
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 
 #include <algorithm>
@@ -15,6 +16,14 @@ using PolicyMap::ClassMapMatchOption;
 using PolicyMap::InstalledStatus;
 using PolicyMap::PolicyMapStatus;
 using PolicyMap::PolicyMapSubConfig;
+
+// Each of these is copied here, member by member, without what is filtered out.
+static_assert( Vorn::declaredLines< TrafficPolicy::TrafficPolicyConfig >.size() == 1 );
+static_assert( Vorn::declaredLines< PolicyMap::PolicyMapTypeStatus >.size() == 2 );
+static_assert( Vorn::declaredLines< TrafficPolicy::Status >.size() == 1 );
+static_assert( Vorn::declaredLines< PolicyMap::PolicyMapConfig >.size() == 1 );
+static_assert( Vorn::declaredLines< PolicyMapSubConfig >.size() == 4 );
+static_assert( Vorn::declaredLines< PolicyMapStatus >.size() == 4 );
 
 constexpr OptionSet ruleFilters( Option::rule, Option::nonzero, Option::unused );
 constexpr OptionSet policyFilters( Option::interface, Option::vrf, Option::failed );
