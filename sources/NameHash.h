@@ -13,7 +13,8 @@ namespace tpcli {
 // Under the process's secret numbers, which std::hash has none of: names that collide make a
 // standard collection slow.
 struct NameHash {
-   size_t operator()( std::string_view name ) const noexcept {
+   // Not noexcept: then the collections keep the hashes, and compare few names.
+   size_t operator()( std::string_view name ) const {
       return Vorn::String::hashOf( name );
    }
 };

@@ -7,6 +7,7 @@
 #include "sources/sonic/RuleReader.h"
 
 #include <algorithm>
+#include <deque>
 #include <limits>
 #include <map>
 #include <memory>
@@ -40,7 +41,7 @@ struct Table {
    bool isEgress = false;
    bool isControlPlane = false;
    std::vector< std::string > ports;
-   std::vector< Rule > rules;             // by name
+   std::deque< Rule > rules;              // by name
    size_t firstRule = 0;                  // its place among all
    std::optional< PolicyBuilder > policy; // unless it is egress
    bool hasStatus = false;
