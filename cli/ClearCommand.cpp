@@ -111,7 +111,9 @@ void clearCounters( Session & session, Command const & command ) {
    } else {
       TrafficPolicyCli::trafficPolicyCounterFactory( status, store )->clearCounter();
    }
-   writeCounterStore( path, *store );
+   if ( std::string const lost = lock.write( *store ); !lost.empty() ) {
+      session.report.hint( lost );
+   }
 }
 
 void writeLastClear( wendo::RendererV2 & renderer, Workspace const & workspace ) {

@@ -104,13 +104,13 @@ TEST( CounterStore, IsReadAsItWasWritten ) {
    std::string const path = folder.file( "store" );
    for ( unsigned i = 0; i < 100; ++i ) {
       auto const store = randomStore( random );
-      tpcli::writeCounterStore( path, *store );
+      EXPECT_EQ( tpcli::CounterStoreLock( path ).write( *store ), "" );
       std::string const written = test::readFile( path );
       auto const status =
          random.oneIn( 4 ) ? create< TrafficPolicy::Status >() : randomStatus( random, *store );
       auto const read = tpcli::readCounterStore( path, *status );
       ASSERT_EQ( contents( *read ), contents( *store ) ) << written;
-      tpcli::writeCounterStore( path, *read );
+      EXPECT_EQ( tpcli::CounterStoreLock( path ).write( *read ), "" );
       ASSERT_EQ( test::readFile( path ), written );
    }
 }

@@ -1,6 +1,7 @@
 // Reading a counter store from disk.
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
+#include "sources/FileError.h"
 #include "sources/SharedNames.h"
 #include "sources/file/CounterStore.h"
 #include "sources/file/ValueReaders.h"
@@ -8,6 +9,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <cstring>
 
 namespace tpcli {
 
@@ -120,12 +122,15 @@ private:
 Vorn::Ptr< Counter > readCounterStore( std::string const & path,
                                        PolicyMap::PolicyMapTypeStatus const & status ) {
    auto store = Vorn::create< Counter >();
-   struct stat present {};
-   // No file can have a name that is too long, such as a long one with the default's ending.
-   if ( path.empty()
-        || ( ::stat( path.c_str(), &present ) < 0
-             && ( errno == ENOENT || errno == ENAMETOOLONG ) ) ) {
+   if ( path.empty() ) {
       return store;
+   }
+   if ( struct stat present{}; ::stat( path.c_str(), &present ) < 0 ) {
+      // No file can have a name that is too long, such as a long one with the default's ending.
+      if ( errno == ENOENT || errno == ENAMETOOLONG ) {
+         return store;
+      }
+      throw FileError( path, std::strerror( errno ) );
    }
    InputFile file( path );
    readJson( file, [&]( JsonValue & root ) { StoreReader( *store, status ).read( root ); } );

@@ -1,7 +1,7 @@
 #include "sources/json/InputFile.h"
 
-#include "TrafficPolicy/platform/wendo/Interrupt.h"
 #include "sources/FileError.h"
+#include "sources/SystemCall.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,18 +17,6 @@ namespace {
 
 std::string nameOf( std::string const & path ) {
    return path == "-" ? "standard input" : path;
-}
-
-// A call that the user may interrupt while it waits.
-template< typename Call >
-auto interruptible( Call const & call ) {
-   for ( ;; ) {
-      wendo::interrupt::check();
-      auto const result = call();
-      if ( result >= 0 || errno != EINTR ) {
-         return result;
-      }
-   }
 }
 
 int open( std::string const & path ) {
