@@ -1,6 +1,7 @@
 #include "cli/Report.h"
 
 #include "cli/JsonText.h"
+#include "cli/Printable.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -21,14 +22,13 @@ size_t characters( std::string_view text ) {
 // The line, and a caret under each character of what is wrong in it.
 std::string pointed( UsageError const & error ) {
    std::string line = error.line();
-   std::ranges::replace_if(
-      line, []( char c ) { return static_cast< unsigned char >( c ) < ' '; }, ' ' );
    line.resize( std::max( line.size(), error.begin() ), ' ' );
    std::string_view const text = line;
-   size_t const carets = characters( text.substr( error.begin(), error.end() - error.begin() ) );
-   std::string result = "   " + error.line() + "\n   ";
-   result.append( characters( text.substr( 0, error.begin() ) ), ' ' );
-   return result.append( std::max( carets, size_t{ 1 } ), '^' ) + '\n';
+   std::string const before = printable( text.substr( 0, error.begin() ) );
+   std::string const wrong = printable( text.substr( error.begin(), error.end() - error.begin() ) );
+   std::string result = "   " + printable( error.line() ) + "\n   ";
+   result.append( characters( before ), ' ' );
+   return result.append( std::max( characters( wrong ), size_t{ 1 } ), '^' ) + '\n';
 }
 
 void write( std::string const & text ) {
@@ -43,7 +43,7 @@ std::string Report::place() const {
 
 void Report::usage( UsageError const & error ) const {
    if ( !json_ ) {
-      write( "tpcli: " + place() + error.what() + '\n'
+      write( "tpcli: " + place() + printable( error.what() ) + '\n'
              + ( error.line().empty() ? "" : pointed( error ) ) );
       return;
    }
@@ -61,7 +61,7 @@ void Report::usage( UsageError const & error ) const {
 void Report::error( std::string_view message ) const {
    std::string const whole = place().append( message );
    write( json_ ? R"({"error":{"message":)" + jsonText( whole ) + "}}\n"
-                : "tpcli: " + whole + '\n' );
+                : "tpcli: " + printable( whole ) + '\n' );
 }
 
 void Report::error( FileError const & error ) const {
@@ -86,7 +86,7 @@ void Report::error( FileError const & error ) const {
 void Report::hint( std::string_view message ) const {
    std::string const whole = place().append( message );
    write( json_ ? R"({"hint":{"message":)" + jsonText( whole ) + "}}\n"
-                : "tpcli: " + whole + '\n' );
+                : "tpcli: " + printable( whole ) + '\n' );
 }
 
 void Report::outOfMemory() const noexcept {

@@ -11,28 +11,6 @@ bool isContinuation( char byte ) {
    return ( static_cast< unsigned char >( byte ) & 0xc0 ) == 0x80;
 }
 
-// The length of the UTF-8 sequence that the text begins with; 0 when it is not valid (RFC 3629: no
-// overlong form, no surrogate, nothing above U+10FFFF).
-size_t sequenceLength( std::string_view text ) {
-   auto const byte = [&]( size_t at ) { return static_cast< unsigned char >( text[at] ); };
-   unsigned const lead = byte( 0 );
-   size_t const length = lead < 0x80                   ? 1
-                         : lead >= 0xc2 && lead < 0xe0 ? 2
-                         : lead >= 0xe0 && lead < 0xf0 ? 3
-                         : lead >= 0xf0 && lead < 0xf5 ? 4
-                                                       : 0;
-   if ( length == 0 || length > text.size()
-        || !std::all_of( text.begin() + 1, text.begin() + static_cast< ptrdiff_t >( length ),
-                         isContinuation ) ) {
-      return 0;
-   }
-   bool const overlong =
-      ( lead == 0xe0 && byte( 1 ) < 0xa0 ) || ( lead == 0xf0 && byte( 1 ) < 0x90 );
-   bool const surrogate = lead == 0xed && byte( 1 ) >= 0xa0;
-   bool const tooLarge = lead == 0xf4 && byte( 1 ) >= 0x90;
-   return overlong || surrogate || tooLarge ? 0 : length;
-}
-
 void appendEscape( PrintBuffer & buffer, char byte ) {
    static constexpr char hexDigits[] = "0123456789abcdef";
    static constexpr std::string_view letters = "\"\\\b\f\n\r\t";
@@ -56,6 +34,27 @@ bool isPlain( char byte ) {
 }
 
 } // namespace
+
+// RFC 3629: no overlong form, no surrogate, nothing above U+10FFFF.
+size_t sequenceLength( std::string_view text ) {
+   auto const byte = [&]( size_t at ) { return static_cast< unsigned char >( text[at] ); };
+   unsigned const lead = byte( 0 );
+   size_t const length = lead < 0x80                   ? 1
+                         : lead >= 0xc2 && lead < 0xe0 ? 2
+                         : lead >= 0xe0 && lead < 0xf0 ? 3
+                         : lead >= 0xf0 && lead < 0xf5 ? 4
+                                                       : 0;
+   if ( length == 0 || length > text.size()
+        || !std::all_of( text.begin() + 1, text.begin() + static_cast< ptrdiff_t >( length ),
+                         isContinuation ) ) {
+      return 0;
+   }
+   bool const overlong =
+      ( lead == 0xe0 && byte( 1 ) < 0xa0 ) || ( lead == 0xf0 && byte( 1 ) < 0x90 );
+   bool const surrogate = lead == 0xed && byte( 1 ) >= 0xa0;
+   bool const tooLarge = lead == 0xf4 && byte( 1 ) >= 0x90;
+   return overlong || surrogate || tooLarge ? 0 : length;
+}
 
 void appendEscaped( PrintBuffer & buffer, std::string_view text ) {
    size_t plain = 0; // what passes unchanged and is not appended yet
