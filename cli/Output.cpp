@@ -4,6 +4,7 @@
 #include "cli/Child.h"
 #include "cli/LineFilters.h"
 #include "sources/FileDescriptor.h"
+#include "sources/SystemCall.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -28,12 +29,12 @@ constexpr size_t readSize = 1 << 16;
 // Returns an error number.
 int writeAll( std::string_view text ) {
    while ( !text.empty() ) {
-      ssize_t const written = ::write( STDOUT_FILENO, text.data(), text.size() );
-      if ( written >= 0 ) {
-         text.remove_prefix( static_cast< size_t >( written ) );
-      } else if ( errno != EINTR ) {
+      ssize_t const written =
+         retried( [&] { return ::write( STDOUT_FILENO, text.data(), text.size() ); } );
+      if ( written < 0 ) {
          return errno;
       }
+      text.remove_prefix( static_cast< size_t >( written ) );
    }
    return 0;
 }
@@ -44,12 +45,12 @@ int copyThrough( int input,
    auto const buffer = std::make_unique_for_overwrite< char[] >( readSize );
    std::string passed;
    for ( ;; ) {
-      ssize_t const got = ::read( input, buffer.get(), readSize );
-      if ( got < 0 && errno == EINTR ) {
-         continue;
+      ssize_t const got = retried( [&] { return ::read( input, buffer.get(), readSize ); } );
+      if ( got < 0 ) {
+         return errno;
       }
-      pass( { buffer.get(), static_cast< size_t >( got > 0 ? got : 0 ) }, passed );
-      if ( int const error = writeAll( passed ); error != 0 || got <= 0 ) {
+      pass( { buffer.get(), static_cast< size_t >( got ) }, passed );
+      if ( int const error = writeAll( passed ); error != 0 || got == 0 ) {
          return error;
       }
       passed.clear();
@@ -86,8 +87,9 @@ int wrap( std::string head, std::string const & tail, int input ) {
 // While it lives, what is written to standard output goes elsewhere.
 class Redirection {
 public:
+   // Of a descriptor that was just opened, or failed to be.
    explicit Redirection( int fd )
-      : saved_( ::dup( STDOUT_FILENO ) ) {
+      : saved_( fd < 0 ? -1 : ::dup( STDOUT_FILENO ) ) {
       if ( saved_ < 0 || ::dup2( fd, STDOUT_FILENO ) < 0 ) {
          throw std::system_error( errno, std::generic_category(), "cannot redirect the output" );
       }
@@ -150,7 +152,8 @@ void writeThrough( Child::Body const & body, std::function< void( int fd ) > con
    std::optional< Child > child( std::in_place, body );
    try {
       // A show that is interrupted says so on standard output, where the filter still writes.
-      FileDescriptor const nowhere( ::open( "/dev/null", O_WRONLY | O_CLOEXEC ) );
+      FileDescriptor const nowhere(
+         retried( [] { return ::open( "/dev/null", O_WRONLY | O_CLOEXEC ); } ) );
       Redirection const redirection( nowhere.get() );
       reply( child->fd() );
    } catch ( std::system_error const & error ) {

@@ -54,14 +54,10 @@ tpcli::Status run( tpcli::Options & options, tpcli::Session & session ) {
    return tpcli::runLines( session );
 }
 
-} // namespace
-
-int main( int argc, char ** argv ) {
-   keepStandardDescriptors();
-   catchSignals();
+// Ends the process. Nothing is left to be done then, so nothing is walked to be taken down.
+[[noreturn]] void runAndExit( int argc, char ** argv, tpcli::Report const & report ) {
    tpcli::Options options;
-   tpcli::Session session{ options, tpcli::Report( tpcli::asksForJson( argc, argv ) ),
-                           tpcli::Workspace( options ) };
+   tpcli::Session session{ options, report, tpcli::Workspace( options ) };
    tpcli::Status status = tpcli::Status::failed;
    try {
       options = tpcli::parseArguments( argc, argv );
@@ -76,6 +72,20 @@ int main( int argc, char ** argv ) {
       std::perror( "tpcli: cannot write the output" );
       status = tpcli::Status::failed;
    }
-   // Nothing is left to be done, so nothing is walked to be taken down.
    std::_Exit( static_cast< int >( status ) );
+}
+
+} // namespace
+
+int main( int argc, char ** argv ) {
+   keepStandardDescriptors();
+   catchSignals();
+   tpcli::Report const report( tpcli::asksForJson( argc, argv ) );
+   try {
+      runAndExit( argc, argv, report );
+   } catch ( std::bad_alloc const & ) {
+      // There was not even memory to begin, or to tell what went wrong.
+      report.outOfMemory();
+      return static_cast< int >( tpcli::Status::failed );
+   }
 }
