@@ -47,7 +47,8 @@ class Faults(unittest.TestCase):
                  *words.split()], capture_output=True, timeout=60, pass_fds=[mark], env=environment)
             happened = os.fstat(mark).st_size > 0
             os.close(mark)
-            self.assertEqual(set(os.listdir(name)) - {"store.lock"}, {"store"})
+            if done.returncode >= 0:
+                self.assertEqual(set(os.listdir(name)) - {"store.lock"}, {"store"})
             return done.returncode, done.stdout, done.stderr.decode(), store.read_bytes(), happened
 
     def check(self, words, whole, fault, state):
@@ -96,6 +97,14 @@ class Faults(unittest.TestCase):
     def test_clear(self):
         counts = self.fail_all([(CLEAR, *kind) for kind in FAILING + HARMLESS])
         self.assertNotIn(0, counts)
+
+    def test_killed_clear(self):
+        whole = self.run_program(CLEAR)
+        for call, _ in FAILING:
+            for number in range(1, 8):
+                status, _, _, store, happened = self.run_program(CLEAR, (call, number, "kill"))
+                self.assertEqual(status, -9 if happened else 0)
+                self.assertIn(contents(store), (contents(STORE), contents(whole[3])))
 
     def test_from_then_on(self):
         self.fail_all([(words, *kind, "+") for words in (SHOWS[1], CLEAR)

@@ -18,6 +18,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -31,6 +32,7 @@ struct Fault {
    bool repeated = false;
    int error = 0; // 0: one of these
    bool isShort = false;
+   bool kills = false;
    bool readOnly = false;
    long mark = -1;
 };
@@ -47,6 +49,7 @@ Fault parse( char const * text ) {
    fault.repeated = *end == '+';
    fault.error = static_cast< int >( std::strtol( kind, nullptr, 10 ) );
    fault.isShort = std::strcmp( kind, "short" ) == 0;
+   fault.kills = std::strcmp( kind, "kill" ) == 0;
    fault.readOnly = std::strcmp( kind, "read-only" ) == 0;
    if ( char const * const mark = std::getenv( "TP_FAULT_MARK" ) ) {
       fault.mark = std::strtol( mark, nullptr, 10 );
@@ -78,6 +81,9 @@ Fault const * due( char const * call ) {
    }
    if ( fault->mark >= 0 ) {
       ::syscall( SYS_write, fault->mark, "x", 1 );
+   }
+   if ( fault->kills ) {
+      ::kill( ::getpid(), SIGKILL );
    }
    return fault;
 }
