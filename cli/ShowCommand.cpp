@@ -18,26 +18,6 @@ namespace {
 
 constexpr unsigned revision = 1;
 
-using ShowPtr = Vorn::Ptr< TrafficPolicyCli::ShowTrafficPolicyBase >;
-
-ShowPtr makeShow( Command const & command, State const & state,
-                  Vorn::Ptr< TrafficPolicy::Counter const > const & counters ) {
-   auto const flag = [&]( Option option ) { return command.has( option ); };
-   Vorn::String const policy( command.value( Option::policy ) );
-   if ( command.row->verb == Verb::showCpu ) {
-      return Vorn::create< BoundShowCpu >(
-         state.furtherVrfPolicies, state.config, state.status, counters, policy,
-         flag( Option::summary ), flag( Option::errors ), flag( Option::detail ),
-         flag( Option::counters ), flag( Option::perInterface ), state.vrfConfig,
-         state.allVrfConfig, state.l3IntfStatusDir );
-   }
-   return Vorn::create< BoundShowInterface >(
-      state.furtherIntfPolicies, state.config, state.status, counters, policy,
-      flag( Option::summary ), flag( Option::errors ), flag( Option::detail ),
-      flag( Option::counters ), flag( Option::perInterface ), state.intfConfig,
-      state.policyParamStatus );
-}
-
 void showOnce( Session & session, Command const & command, OutputPath const & path ) {
    Workspace & workspace = session.workspace;
    bool const raw = command.has( Option::raw );
@@ -100,6 +80,25 @@ void reportNotes( Session const & session ) {
 }
 
 } // namespace
+
+Vorn::Ptr< TrafficPolicyCli::ShowTrafficPolicyBase >
+makeShow( Command const & command, State const & state,
+          Vorn::Ptr< TrafficPolicy::Counter const > const & counters ) {
+   auto const flag = [&]( Option option ) { return command.has( option ); };
+   Vorn::String const policy( command.value( Option::policy ) );
+   if ( command.row->verb == Verb::showCpu ) {
+      return Vorn::create< BoundShowCpu >(
+         state.furtherVrfPolicies, state.config, state.status, counters, policy,
+         flag( Option::summary ), flag( Option::errors ), flag( Option::detail ),
+         flag( Option::counters ), flag( Option::perInterface ), state.vrfConfig,
+         state.allVrfConfig, state.l3IntfStatusDir );
+   }
+   return Vorn::create< BoundShowInterface >(
+      state.furtherIntfPolicies, state.config, state.status, counters, policy,
+      flag( Option::summary ), flag( Option::errors ), flag( Option::detail ),
+      flag( Option::counters ), flag( Option::perInterface ), state.intfConfig,
+      state.policyParamStatus );
+}
 
 void hintAtUnknownNames( Session const & session, Command const & command ) {
    State const & state = session.workspace.state();

@@ -7,6 +7,11 @@
 
 namespace tpcli {
 
+// The show object of a show command. The state has been filtered; the store may be null.
+Vorn::Ptr< TrafficPolicyCli::ShowTrafficPolicyBase >
+makeShow( Command const & command, State const & state,
+          Vorn::Ptr< TrafficPolicy::Counter const > const & counters );
+
 // Tells a name in the command that the state has nowhere.
 void hintAtUnknownNames( Session const & session, Command const & command );
 
