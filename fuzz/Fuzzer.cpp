@@ -20,6 +20,7 @@ fuzz::Target const & wanted() {
 
 } // namespace
 
+// NOLINTNEXTLINE(readability-identifier-naming): the name that fuzzers call.
 extern "C" int LLVMFuzzerTestOneInput( uint8_t const * bytes, size_t size ) {
    static fuzz::Target const & target = wanted();
    target.run( { reinterpret_cast< char const * >( bytes ), size } );
