@@ -14,9 +14,7 @@ namespace tpcli {
 // standard collection slow.
 struct NameHash {
    // Not noexcept: then the collections keep the hashes, and compare few names.
-   size_t operator()( std::string_view name ) const {
-      return Vorn::String::hashOf( name );
-   }
+   size_t operator()( std::string_view name ) const { return Vorn::String::hashOf( name ); }
 };
 
 // The names are stored elsewhere.

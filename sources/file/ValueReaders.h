@@ -38,8 +38,8 @@ Range readRange( JsonValue & value, NumberKind const & kind ) {
    return range;
 }
 
-// An address, "/" and a length; without these, the whole address. IPv4 or IPv6 as the rule's family;
-// other families take both. Fails when bits beyond the length are set.
+// An address, "/" and a length; without these, the whole address. IPv4 or IPv6 as the rule's
+// family; other families take both. Fails when bits beyond the length are set.
 Pelx::IpGenPrefix readPrefix( JsonValue & value, PolicyMap::ClassMapMatchOption family );
 
 L3::VrfName readVrf( JsonValue & value );
