@@ -41,7 +41,7 @@ tpcli::Status run( tpcli::Options & options, tpcli::Session & session ) {
       std::puts( "tpcli " TPCLI_VERSION );
       return tpcli::Status::done;
    }
-   TrafficPolicyCli::trace.levelMaskIs( options.traceLevels );
+   TrafficPolicyCli::traceLevelMaskIs( options.traceLevels );
    if ( options.help ) {
       options.command = { "help" };
    }

@@ -1,7 +1,6 @@
 // Blocks of memory: none overlaps another, and released ones are used again.
 
-#include "TrafficPolicy/platform/vorn/Pool.h"
-
+#include "TrafficPolicy/platform/vorn/Memory.h"
 #include "tests/Support.h"
 
 #include <algorithm>

@@ -3,6 +3,7 @@
 
 #include "TrafficPolicy/TrafficPolicyShowCliHelper.h"
 #include "TrafficPolicy/model/PolicyStateInterface.h"
+#include "TrafficPolicy/model/Trace.h"
 #include "tests/Support.h"
 
 #include <gmock/gmock.h>

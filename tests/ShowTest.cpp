@@ -2,6 +2,7 @@
 
 #include "TrafficPolicy/TrafficPolicyShowCliHelper.h"
 #include "TrafficPolicy/counters/CounterLookup.h"
+#include "TrafficPolicy/model/PolicyState.h"
 #include "TrafficPolicy/views/CliLabel.h"
 #include "tests/Support.h"
 

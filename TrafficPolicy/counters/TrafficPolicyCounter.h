@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/records/StatusRecords.h"
 #include "TrafficPolicy/platform/vorn/Attribute.h"
 
@@ -9,7 +10,7 @@ namespace TrafficPolicyCli {
 
 // Clears by storing a snapshot of every counter; the hardware's counts stay as they are. Made for
 // one command; the only writer of the counter store.
-class TrafficPolicyCounter : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API TrafficPolicyCounter : public Vorn::PtrInterface {
    VORN_ENTITY( TrafficPolicyCounter, Vorn::PtrInterface )
 
    // Asserted by clearCounter, not at construction.
@@ -36,7 +37,7 @@ private:
    void removeStaleNamedCounters();
 };
 
-Vorn::Ptr< TrafficPolicyCounter >
+TRAFFIC_POLICY_API Vorn::Ptr< TrafficPolicyCounter >
 trafficPolicyCounterFactory( Vorn::Ptr< PolicyMap::PolicyMapTypeStatus const > const & status,
                              Vorn::Ptr< TrafficPolicy::Counter > const & counter );
 

@@ -3,6 +3,7 @@
 #include "TrafficPolicy/engine/ShowTrafficPolicyBase.h"
 #include "TrafficPolicy/model/Columns.h"
 #include "TrafficPolicy/model/CountAction.h"
+#include "TrafficPolicy/model/PolicyState.h"
 #include "TrafficPolicy/model/Trace.h"
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 

@@ -1,6 +1,7 @@
 #include "TrafficPolicy/engine/ShowTrafficPolicyBase.h"
 
 #include "TrafficPolicy/counters/CounterView.h"
+#include "TrafficPolicy/model/PolicyState.h"
 #include "TrafficPolicy/platform/vorn/Describe.h"
 #include "TrafficPolicy/platform/wendo/Descriptor.h"
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
@@ -13,6 +14,11 @@
 namespace TrafficPolicyCli {
 
 VORN_TYPE( ShowTrafficPolicyBase )
+
+VORN_OPAQUE_MAP_OF( ShowTrafficPolicyBase, Vorn::String, Vorn::Ptr< PolicyState >, policyState )
+
+ShowTrafficPolicyBase::ShowTrafficPolicyBase() = default;
+ShowTrafficPolicyBase::~ShowTrafficPolicyBase() = default;
 
 void ShowTrafficPolicyBase::renderTrafficPolicy( unsigned, unsigned, unsigned ) {}
 

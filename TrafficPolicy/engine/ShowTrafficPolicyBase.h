@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "TrafficPolicy/model/PolicyState.h"
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/records/ConfigRecords.h"
 #include "TrafficPolicy/platform/records/StatusRecords.h"
 #include "TrafficPolicy/platform/vorn/Attribute.h"
@@ -15,12 +15,14 @@ class RendererV2;
 
 namespace TrafficPolicyCli {
 
+class PolicyState; // the cached record of one policy
+
 // Made for one command: built, rendered once, dropped. Keeps its inputs alive and never writes
 // through them. Only the two subclasses are rendered. Used by one thread at a time.
 //
 // Handles are not checked at construction. A null one that a command needs fails an assertion that
 // names it when the command is rendered.
-class ShowTrafficPolicyBase : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API ShowTrafficPolicyBase : public Vorn::PtrInterface {
    VORN_ENTITY( ShowTrafficPolicyBase, Vorn::PtrInterface )
 
    VORN_INPUT( Vorn::Ptr< TrafficPolicy::TrafficPolicyConfig const >, config ) // not null
@@ -35,9 +37,10 @@ class ShowTrafficPolicyBase : public Vorn::PtrInterface {
    // Counter view: named counters per interface; rule view: their bytes beside the packets.
    VORN_INPUT( bool, countersPerInterface )
    // The cache, by policy name; filled by cachePoliciesState. The records are of the side's class.
-   VORN_ORDERED_MAP( Vorn::String, Vorn::Ptr< PolicyState >, policyState )
+   VORN_OPAQUE_ORDERED_MAP( Vorn::String, Vorn::Ptr< PolicyState >, policyState )
 
-   VORN_CONSTRUCTOR( ShowTrafficPolicyBase )
+   VORN_INPUT_CONSTRUCTOR( ShowTrafficPolicyBase )
+   ~ShowTrafficPolicyBase() override;
 
    // The order of these virtual functions is the binary contract with the command layer.
 
@@ -71,10 +74,13 @@ class ShowTrafficPolicyBase : public Vorn::PtrInterface {
    void renderTrafficPolicyCounters( unsigned fd, unsigned format, unsigned revision );
    // Caches the rules of one policy, whose name is the sub-configuration's. Not null.
    void cacheClassState( Vorn::Ptr< PolicyMap::PolicyMapSubConfig const > const & subConfig );
+
+protected:
+   ShowTrafficPolicyBase();
 };
 
 // The show objects' factories take the inputs in the order of their declarations.
-Vorn::Ptr< ShowTrafficPolicyBase >
+TRAFFIC_POLICY_API Vorn::Ptr< ShowTrafficPolicyBase >
 showTrafficPolicyBaseFactory( Vorn::Ptr< TrafficPolicy::TrafficPolicyConfig const > const & config,
                               Vorn::Ptr< TrafficPolicy::Status const > const & status,
                               Vorn::Ptr< TrafficPolicy::Counter const > const & counter,

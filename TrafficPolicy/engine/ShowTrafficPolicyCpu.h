@@ -3,13 +3,15 @@
 #pragma once
 
 #include "TrafficPolicy/engine/ShowTrafficPolicySide.h"
+#include "TrafficPolicy/platform/Export.h"
 
 namespace TrafficPolicyCli {
 
-struct CpuBinding;
+struct TRAFFIC_POLICY_API CpuBinding;
 class PolicyStateCpu; // the cached record of this side
 
-class ShowTrafficPolicyCpu : public ShowTrafficPolicySide< ShowTrafficPolicyCpu, CpuBinding > {
+class TRAFFIC_POLICY_API ShowTrafficPolicyCpu
+   : public ShowTrafficPolicySide< ShowTrafficPolicyCpu, CpuBinding > {
    VORN_ENTITY( ShowTrafficPolicyCpu, ShowTrafficPolicyBase )
 
    VORN_INPUT( Vorn::Ptr< PolicyMap::VrfConfig const >, vrfConfig ) // not null
@@ -29,7 +31,7 @@ private:
                       Vorn::Ptr< PolicyMap::IntfStatus const > const & status ) const;
 };
 
-Vorn::Ptr< ShowTrafficPolicyCpu >
+TRAFFIC_POLICY_API Vorn::Ptr< ShowTrafficPolicyCpu >
 showTrafficPolicyCpuFactory( Vorn::Ptr< TrafficPolicy::TrafficPolicyConfig const > const & config,
                              Vorn::Ptr< TrafficPolicy::Status const > const & status,
                              Vorn::Ptr< TrafficPolicy::Counter const > const & counter,

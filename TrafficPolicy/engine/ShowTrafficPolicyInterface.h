@@ -3,13 +3,14 @@
 #pragma once
 
 #include "TrafficPolicy/engine/ShowTrafficPolicySide.h"
+#include "TrafficPolicy/platform/Export.h"
 
 namespace TrafficPolicyCli {
 
-struct InterfaceBinding;
+struct TRAFFIC_POLICY_API InterfaceBinding;
 class PolicyStateInterface; // the cached record of this side
 
-class ShowTrafficPolicyInterface
+class TRAFFIC_POLICY_API ShowTrafficPolicyInterface
    : public ShowTrafficPolicySide< ShowTrafficPolicyInterface, InterfaceBinding > {
    VORN_ENTITY( ShowTrafficPolicyInterface, ShowTrafficPolicyBase )
 
@@ -30,7 +31,7 @@ private:
                       Vorn::Ptr< PolicyMap::IntfStatus const > const & status ) const;
 };
 
-Vorn::Ptr< ShowTrafficPolicyInterface > showTrafficPolicyInterfaceFactory(
+TRAFFIC_POLICY_API Vorn::Ptr< ShowTrafficPolicyInterface > showTrafficPolicyInterfaceFactory(
    Vorn::Ptr< TrafficPolicy::TrafficPolicyConfig const > const & config,
    Vorn::Ptr< TrafficPolicy::Status const > const & status,
    Vorn::Ptr< TrafficPolicy::Counter const > const & counter, Vorn::String policyName, bool summary,

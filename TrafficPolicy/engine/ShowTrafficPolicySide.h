@@ -4,6 +4,7 @@
 #pragma once
 
 #include "TrafficPolicy/engine/ShowTrafficPolicyBase.h"
+#include "TrafficPolicy/platform/Export.h"
 
 namespace TrafficPolicyCli {
 
@@ -13,7 +14,7 @@ namespace TrafficPolicyCli {
 // Binding is CpuBinding or InterfaceBinding. The members are defined in SideCaching.h, for the
 // source file of each side.
 template< typename Show, typename Binding >
-class ShowTrafficPolicySide : public ShowTrafficPolicyBase {
+class TRAFFIC_POLICY_API ShowTrafficPolicySide : public ShowTrafficPolicyBase {
 public:
    // First records where each policy is configured, then caches every policy that has a status.
    void cachePoliciesState() override;

@@ -5,13 +5,14 @@
 
 #include "TrafficPolicy/model/PolicyStateCpu.h"
 #include "TrafficPolicy/model/PolicyStateInterface.h"
+#include "TrafficPolicy/platform/Export.h"
 
 namespace TrafficPolicyCli {
 
 using PolicyMap::ClassMapMatchOption;
 
 // Policies on the CPU, bound to VRFs.
-struct CpuBinding {
+struct TRAFFIC_POLICY_API CpuBinding {
    using State = PolicyStateCpu;
    using Name = L3::VrfName;
    using Names = Vorn::OrderedMap< Name, bool >;
@@ -56,7 +57,7 @@ struct CpuBinding {
 };
 
 // Policies on interfaces.
-struct InterfaceBinding {
+struct TRAFFIC_POLICY_API InterfaceBinding {
    using State = PolicyStateInterface;
    using Name = Vorn::String;
    using Names = Vorn::OrderedMap< Name, bool >;

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/values/EnumNames.h"
 #include "TrafficPolicy/platform/vorn/Attribute.h"
 #include "TrafficPolicy/platform/vorn/Prefetch.h"
@@ -50,7 +51,7 @@ inline wendo::PlainText const & rateUnitText( RateUnit unit ) {
 
 // An action. Types without a value (drop, log) have a record of this class itself. Immutable, so
 // that rules may share a record.
-class Action : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API Action : public Vorn::PtrInterface {
    VORN_RECORD( Action )
 
    explicit Action( ActionType type )
@@ -68,7 +69,7 @@ Record const * actionAs( Action const * action ) {
 }
 
 // Counts the packets.
-class CountAction : public Action {
+class TRAFFIC_POLICY_API CountAction : public Action {
    VORN_RECORD( CountAction )
 
    explicit CountAction( Vorn::String const & name )
@@ -79,7 +80,7 @@ class CountAction : public Action {
 };
 
 // Drops packets above a rate.
-class PoliceAction : public Action {
+class TRAFFIC_POLICY_API PoliceAction : public Action {
    VORN_RECORD( PoliceAction )
 
    PoliceAction( uint64_t policedRate, RateUnit rateUnit )
@@ -92,7 +93,7 @@ class PoliceAction : public Action {
 };
 
 // Rewrites the DSCP field.
-class SetDscpAction : public Action {
+class TRAFFIC_POLICY_API SetDscpAction : public Action {
    VORN_RECORD( SetDscpAction )
 
    explicit SetDscpAction( uint8_t dscp )
@@ -103,7 +104,7 @@ class SetDscpAction : public Action {
 };
 
 // The actions of one class.
-class ClassAction : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API ClassAction : public Vorn::PtrInterface {
    VORN_RECORD( ClassAction )
 
    // Most rules have one action and a count.
@@ -140,7 +141,7 @@ using ClassActions = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassAction const >
 namespace TrafficPolicy {
 
 // Assigns the traffic class.
-class SetTcAction : public PolicyMap::Action {
+class TRAFFIC_POLICY_API SetTcAction : public PolicyMap::Action {
    VORN_RECORD( SetTcAction )
 
    explicit SetTcAction( uint8_t trafficClass )

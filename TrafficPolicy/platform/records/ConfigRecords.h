@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/records/ActionRecords.h"
 #include "TrafficPolicy/platform/records/MatchRecords.h"
 #include "TrafficPolicy/platform/values/IntfId.h"
@@ -13,7 +14,7 @@
 namespace PolicyMap {
 
 // The definition of one class: its match condition per address family.
-class ClassMapSubConfig : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API ClassMapSubConfig : public Vorn::PtrInterface {
    VORN_RECORD( ClassMapSubConfig )
 
    VORN_HASHED_MAP( ClassMapMatchOption, Vorn::Ptr< ClassMapMatch const >, match )
@@ -29,7 +30,7 @@ class ClassMapSubConfig : public Vorn::PtrInterface {
 using ClassConfigs = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassMapSubConfig const > >;
 
 // One version of a policy.
-class PolicyMapSubConfig : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API PolicyMapSubConfig : public Vorn::PtrInterface {
    VORN_RECORD( PolicyMapSubConfig )
 
    using ClassSequence = Vorn::SortedArray< uint32_t, Vorn::String >;
@@ -61,21 +62,21 @@ private:
 };
 
 // A policy: its committed version.
-class PolicyMapConfig : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API PolicyMapConfig : public Vorn::PtrInterface {
    VORN_RECORD( PolicyMapConfig )
 
    VORN_SCALAR( Vorn::Ptr< PolicyMapSubConfig const >, currCfg ) // null: nothing is committed
 };
 
 // The policy configured on the CPU, by VRF. The name "all" means every VRF without an entry.
-class VrfConfig : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API VrfConfig : public Vorn::PtrInterface {
    VORN_RECORD( VrfConfig )
 
    VORN_HASHED_MAP( L3::VrfName, Vorn::String, trafficPolicies )
 };
 
 // The policy configured on each interface.
-class IntfConfig : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API IntfConfig : public Vorn::PtrInterface {
    VORN_RECORD( IntfConfig )
 
    VORN_HASHED_MAP( Pelx::IntfId, Vorn::String, intf )
@@ -86,7 +87,7 @@ class IntfConfig : public Vorn::PtrInterface {
 namespace TrafficPolicy {
 
 // All policies, by name.
-class TrafficPolicyConfig : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API TrafficPolicyConfig : public Vorn::PtrInterface {
    VORN_RECORD( TrafficPolicyConfig )
 
    VORN_ORDERED_MAP( Vorn::String, Vorn::Ptr< PolicyMap::PolicyMapConfig const >, policyMapConfig )
@@ -97,7 +98,7 @@ class TrafficPolicyConfig : public Vorn::PtrInterface {
 namespace Ip {
 
 // The VRFs that exist.
-class AllVrfConfig : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API AllVrfConfig : public Vorn::PtrInterface {
    VORN_RECORD( AllVrfConfig )
 
    VORN_SET( L3::VrfName, vrf )

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/values/IntfId.h"
 #include "TrafficPolicy/platform/values/UniqueId.h"
 #include "TrafficPolicy/platform/vorn/Attribute.h"
@@ -17,7 +18,7 @@ struct PacketAndByte {
 };
 
 // The count of a named counter on one interface: live, or in a snapshot.
-class IntfCountData : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API IntfCountData : public Vorn::PtrInterface {
    VORN_RECORD( IntfCountData )
 
    IntfCountData( Pelx::IntfId const & interface, Umbo::UniqueId const & id )
@@ -30,7 +31,7 @@ class IntfCountData : public Vorn::PtrInterface {
 };
 
 // A named counter of a policy, as the hardware side reports it.
-class PacketDataStatus : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API PacketDataStatus : public Vorn::PtrInterface {
    VORN_RECORD( PacketDataStatus )
 
    explicit PacketDataStatus( Vorn::String const & counterName )
@@ -68,7 +69,7 @@ struct CounterVersion {
 };
 
 // The snapshot of a named counter; owned by the store.
-class NamedCounterVersion : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API NamedCounterVersion : public Vorn::PtrInterface {
    VORN_RECORD( NamedCounterVersion )
 
    NamedCounterVersion( NamedCounterKey const & counterKey, Umbo::UniqueId const & id )
@@ -94,7 +95,7 @@ private:
 };
 
 // The counter store. Shows read it; clearing is its only writer.
-class Counter : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API Counter : public Vorn::PtrInterface {
    VORN_RECORD( Counter )
 
    using NamedSnapshots = Vorn::HashMap< NamedCounterKey, Vorn::Ptr< NamedCounterVersion > >;

@@ -2,10 +2,11 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/values/EnumNames.h"
 
 #include <cstdint>
-#include <ostream>
+#include <iosfwd>
 
 namespace PolicyMap {
 
@@ -33,9 +34,7 @@ inline wendo::PlainText const & matchOptionName( ClassMapMatchOption option ) {
    return matchOptions[option];
 }
 
-inline std::ostream & operator<<( std::ostream & out, ClassMapMatchOption option ) {
-   wendo::PlainText const & name = matchOptionName( option );
-   return name.empty() ? out << static_cast< uint32_t >( option ) : out << name.view();
-}
+// The name, or the number of a value without one.
+TRAFFIC_POLICY_API std::ostream & operator<<( std::ostream & out, ClassMapMatchOption option );
 
 } // namespace PolicyMap

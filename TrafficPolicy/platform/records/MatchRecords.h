@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/records/MatchOption.h"
 #include "TrafficPolicy/platform/records/Ranges.h"
 #include "TrafficPolicy/platform/values/IpGenPrefix.h"
@@ -34,14 +35,14 @@ inline constexpr TcpFlagName tcpFlagNames[] = { { TcpFlagAndMask::initialSyn, "i
                                                 { TcpFlagAndMask::established, "established" } };
 
 // The ICMP codes of one range of types.
-class TypeAndCode : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API TypeAndCode : public Vorn::PtrInterface {
    VORN_RECORD( TypeAndCode )
 
    VORN_SET( IcmpCodeRange, icmpCode ) // empty: all codes of the type
 };
 
 // The rarer conditions of ProtoField.
-class RareProtoConditions {
+class TRAFFIC_POLICY_API RareProtoConditions {
    VORN_PART( RareProtoConditions )
 
    VORN_SET( Vorn::String, sportFieldSet )
@@ -50,7 +51,7 @@ class RareProtoConditions {
 };
 
 // The layer-4 conditions of one protocol range. A port list and port field-sets may be combined.
-class ProtoField : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API ProtoField : public Vorn::PtrInterface {
    VORN_RECORD( ProtoField )
 
    VORN_SET( PortRange, sport )
@@ -79,7 +80,7 @@ constexpr wendo::PlainText nameOf( FragmentType type ) {
 inline constexpr Names::EnumNames< FragmentType, 3 > fragmentTypes( nameOf );
 
 // A condition on IP fragments.
-class Fragment : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API Fragment : public Vorn::PtrInterface {
    VORN_RECORD( Fragment )
 
    VORN_SCALAR( FragmentType, fragmentType )
@@ -102,7 +103,7 @@ constexpr wendo::PlainText nameOf( RoutingProtocol protocol ) {
 inline constexpr Names::EnumNames< RoutingProtocol, 2 > routingProtocols( nameOf );
 
 // The rarer conditions of StructuredFilter.
-class RareConditions {
+class TRAFFIC_POLICY_API RareConditions {
    VORN_PART( RareConditions )
 
    VORN_SET( Vorn::String, srcPrefixSets )
@@ -118,7 +119,7 @@ class RareConditions {
 
 // The conditions of a rule; a packet meets all of them. A side has either prefixes or prefix
 // field-sets.
-class StructuredFilter : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API StructuredFilter : public Vorn::PtrInterface {
    VORN_RECORD( StructuredFilter )
 
    VORN_HASHED_MAP( ProtocolRange, Vorn::Ptr< ProtoField const >, protocols )
@@ -141,7 +142,7 @@ class StructuredFilter : public Vorn::PtrInterface {
 namespace PolicyMap {
 
 // The match condition of one class in one address family.
-class ClassMapMatch : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API ClassMapMatch : public Vorn::PtrInterface {
    VORN_RECORD( ClassMapMatch )
 
    explicit ClassMapMatch( ClassMapMatchOption option )

@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/records/CounterRecords.h"
 #include "TrafficPolicy/platform/records/MatchOption.h"
 #include "TrafficPolicy/platform/values/IntfId.h"
@@ -31,14 +32,14 @@ inline constexpr InstalledStatusName installedStatusNames[] = {
 };
 
 // The installation of a policy on one interface.
-class IntfStatus : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API IntfStatus : public Vorn::PtrInterface {
    VORN_RECORD( IntfStatus )
 
    VORN_HASHED_MAP( ClassMapMatchOption, InstalledStatus, installed )
 };
 
 // A class that the hardware side has processed.
-class ClassMapStatus : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API ClassMapStatus : public Vorn::PtrInterface {
    VORN_RECORD( ClassMapStatus )
 
    explicit ClassMapStatus( Vorn::String const & className )
@@ -57,7 +58,7 @@ class ClassMapStatus : public Vorn::PtrInterface {
 using ClassStatuses = Vorn::HashMap< Vorn::String, Vorn::Ptr< ClassMapStatus const > >;
 
 // A policy that the hardware side has processed.
-class PolicyMapStatus : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API PolicyMapStatus : public Vorn::PtrInterface {
    VORN_RECORD( PolicyMapStatus )
 
    explicit PolicyMapStatus( Vorn::String const & policyName )
@@ -72,7 +73,7 @@ class PolicyMapStatus : public Vorn::PtrInterface {
 };
 
 // The status of all policies of a type.
-class PolicyMapTypeStatus : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API PolicyMapTypeStatus : public Vorn::PtrInterface {
    VORN_RECORD( PolicyMapTypeStatus )
 
    VORN_ORDERED_MAP( Vorn::String, Vorn::Ptr< PolicyMapStatus const >, policyMapStatus )
@@ -84,7 +85,7 @@ class PolicyMapTypeStatus : public Vorn::PtrInterface {
 namespace TrafficPolicy {
 
 // The status of all traffic policies.
-class Status : public PolicyMap::PolicyMapTypeStatus {
+class TRAFFIC_POLICY_API Status : public PolicyMap::PolicyMapTypeStatus {
    VORN_RECORD( Status )
 
    VORN_SCALAR( bool, byteCountersSupported ) // the hardware counts bytes beside packets
@@ -108,7 +109,7 @@ constexpr wendo::PlainText nameOf( CounterGranularity granularity ) {
 inline constexpr Names::EnumNames< CounterGranularity, 3 > counterGranularities( nameOf );
 
 // Capabilities of policies on interfaces.
-class TrafficPolicyIntfParamStatus : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API TrafficPolicyIntfParamStatus : public Vorn::PtrInterface {
    VORN_RECORD( TrafficPolicyIntfParamStatus )
 
    VORN_SCALAR( CounterGranularity, ingressCounterGranularity )
@@ -119,7 +120,7 @@ class TrafficPolicyIntfParamStatus : public Vorn::PtrInterface {
 namespace L3::Intf {
 
 // The layer-3 status of one interface.
-class Status : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API Status : public Vorn::PtrInterface {
    VORN_RECORD( Status )
 
    explicit Status( VrfName const & vrfName )
@@ -129,7 +130,7 @@ class Status : public Vorn::PtrInterface {
 };
 
 // The layer-3 interfaces. Null, or no entry: not a layer-3 interface.
-class StatusDir : public Vorn::PtrInterface {
+class TRAFFIC_POLICY_API StatusDir : public Vorn::PtrInterface {
    VORN_RECORD( StatusDir )
 
    VORN_HASHED_MAP( Pelx::IntfId, Vorn::Ptr< Status const >, intfStatus )

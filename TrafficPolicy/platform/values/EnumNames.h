@@ -15,7 +15,6 @@
 #include "TrafficPolicy/platform/vorn/Assert.h"
 #include "TrafficPolicy/platform/wendo/PlainText.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -40,7 +39,8 @@ public:
 
    // The value's name; empty for a value that has none or is outside the enumeration.
    constexpr wendo::PlainText const & operator[]( Enum value ) const {
-      return names_[std::min< size_t >( static_cast< size_t >( value ), count )];
+      auto const number = static_cast< size_t >( value );
+      return names_[number < count ? number : count];
    }
    // The value with this name, or nothing.
    constexpr std::optional< Enum > find( std::string_view name ) const {

@@ -2,15 +2,17 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/vorn/String.h"
 
 #include <compare>
-#include <ostream>
+#include <cstdint>
+#include <iosfwd>
 
 namespace Pelx {
 
 // Ordered as its string, byte by byte.
-class IntfId {
+class TRAFFIC_POLICY_API IntfId {
 public:
    IntfId() = default;
    explicit IntfId( Vorn::String const & value )
@@ -21,9 +23,7 @@ public:
 
    friend bool operator==( IntfId const &, IntfId const & ) = default;
    friend auto operator<=>( IntfId const &, IntfId const & ) = default;
-   friend std::ostream & operator<<( std::ostream & out, IntfId const & intf ) {
-      return out << intf.value_;
-   }
+   TRAFFIC_POLICY_API friend std::ostream & operator<<( std::ostream & out, IntfId const & intf );
 
 private:
    Vorn::String value_;

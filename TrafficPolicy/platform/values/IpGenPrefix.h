@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
+
 #include <array>
 #include <compare>
 #include <cstddef>
@@ -10,7 +12,7 @@
 namespace Pelx {
 
 // An IPv6 address in network byte order.
-class Ip6Addr {
+class TRAFFIC_POLICY_API Ip6Addr {
 public:
    // The longest text: eight groups of four digits, or an IPv4-mapped address.
    static constexpr size_t textMax = 39;
@@ -35,7 +37,7 @@ struct Ip6Prefix {
 };
 
 // Ordered by family (IPv4 first), address, length.
-class IpGenPrefix {
+class TRAFFIC_POLICY_API IpGenPrefix {
 public:
    enum class Family : uint8_t { ipv4 = 1, ipv6 = 2 };
    // The longest text: an IPv6 address, "/128".
@@ -72,6 +74,6 @@ private:
 
 // Writes at most size - 1 characters of the prefix's text and a terminator (nothing when size is
 // 0), and returns the full length of the text, as std::snprintf does.
-size_t to_stringb( char * buffer, size_t size, IpGenPrefix const & prefix );
+TRAFFIC_POLICY_API size_t to_stringb( char * buffer, size_t size, IpGenPrefix const & prefix );
 
 } // namespace Pelx

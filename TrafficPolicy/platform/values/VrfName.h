@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/vorn/String.h"
 
 #include <compare>
@@ -10,7 +11,7 @@
 namespace L3 {
 
 // A bounded string, compared and ordered as one.
-class VrfName {
+class TRAFFIC_POLICY_API VrfName {
 public:
    static constexpr size_t maxLength = 100; // bytes
 
@@ -23,7 +24,7 @@ public:
 
    friend bool operator==( VrfName const &, VrfName const & ) = default;
    friend auto operator<=>( VrfName const &, VrfName const & ) = default;
-   friend std::ostream & operator<<( std::ostream & out, VrfName const & vrf );
+   TRAFFIC_POLICY_API friend std::ostream & operator<<( std::ostream & out, VrfName const & vrf );
 
 private:
    Vorn::String value_;

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/vorn/Value.h"
 
 #include <stdexcept>
@@ -11,12 +12,12 @@
 namespace Vorn {
 
 // The text names class, attribute and expected type. Nothing was changed when it is thrown.
-class AccessError : public std::runtime_error {
+class TRAFFIC_POLICY_API AccessError : public std::runtime_error {
    using std::runtime_error::runtime_error;
 };
 
 // The destination of a value, for error messages. Holds views; lives no longer than the access.
-struct Place {
+struct TRAFFIC_POLICY_API Place {
    std::string_view className;
    std::string_view member; // an attribute or a parameter of the constructor
    std::string_view role = "a value";

@@ -3,11 +3,13 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
+
 namespace Vorn {
 
 // Prints file, line, function and the expression's text on standard error, then aborts.
-[[noreturn]] void assertionFailed( char const * expression, char const * file, int line,
-                                   char const * function );
+[[noreturn]] TRAFFIC_POLICY_API void assertionFailed( char const * expression, char const * file,
+                                                      int line, char const * function );
 
 } // namespace Vorn
 

@@ -21,6 +21,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/vorn/AttributeKind.h"
 #include "TrafficPolicy/platform/vorn/Children.h"
 #include "TrafficPolicy/platform/vorn/HashMap.h"
@@ -69,7 +70,7 @@ typename Map::ValueType take( Map & map, typename Map::KeyType const & key ) {
 
 // The accounting record of a class that is not described by name: a platform record.
 template< typename T >
-inline constinit TypeRecord const plainRecord{ typeName< T >(), sizeof( T ) };
+TRAFFIC_POLICY_API inline constinit TypeRecord const plainRecord{ typeName< T >(), sizeof( T ) };
 
 } // namespace Vorn
 
@@ -154,6 +155,41 @@ public:
 
 #define VORN_ORDERED_MAP( Key, Value, name ) VORN_MAP( orderedMap, OrderedMap, Key, Value, name )
 #define VORN_HASHED_MAP( Key, Value, name ) VORN_MAP( hashedMap, HashMap, Key, Value, name )
+
+// An ordered map of entities whose class is not complete in the header, so that users of the header
+// need not know it; the class's source file has the accessors' VORN_OPAQUE_MAP_OF.
+#define VORN_OPAQUE_ORDERED_MAP( Key, Value, name )                                                \
+public:                                                                                            \
+   Vorn::OrderedMap< Key, Value > const & name() const {                                           \
+      return name##_;                                                                              \
+   }                                                                                               \
+   Value const * name( Key const & key ) const;                                                    \
+   bool name##Is( Key const & key, Vorn::Read< Value > value );                                    \
+   Value name##Del( Key const & key );                                                             \
+   void name##Del( Vorn::OrderedMap< Key, Value >::Iterator const & where );                       \
+   void name##DelAll();                                                                            \
+   VORN_DECLARED( orderedMap, name )                                                               \
+private:                                                                                           \
+   Vorn::OrderedMap< Key, Value > name##_;                                                         \
+                                                                                                   \
+public:
+
+#define VORN_OPAQUE_MAP_OF( Class, Key, Value, name )                                              \
+   Value const * Class::name( Key const & key ) const {                                            \
+      return name##_.lookup( key );                                                                \
+   }                                                                                               \
+   bool Class::name##Is( Key const & key, Vorn::Read< Value > value ) {                            \
+      return name##_.set( key, value );                                                            \
+   }                                                                                               \
+   Value Class::name##Del( Key const & key ) {                                                     \
+      return Vorn::take( name##_, key );                                                           \
+   }                                                                                               \
+   void Class::name##Del( Vorn::OrderedMap< Key, Value >::Iterator const & where ) {               \
+      name##_.erase( where );                                                                      \
+   }                                                                                               \
+   void Class::name##DelAll() {                                                                    \
+      name##_.clear();                                                                             \
+   }
 
 #define VORN_SET( Key, name )                                                                      \
 public:                                                                                            \

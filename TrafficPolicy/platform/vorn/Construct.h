@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/vorn/Ptr.h"
 #include "TrafficPolicy/platform/vorn/PtrInterface.h"
 #include "TrafficPolicy/platform/vorn/TypeRecord.h"
@@ -18,7 +19,9 @@ namespace Vorn {
 // Creates an object of the class as its factory does. The arguments are the constructor's, in its
 // order. Throws AccessError when their number or a type is wrong, or when there is no such class;
 // exceptions of the constructor pass.
-Ptr< PtrInterface > construct( TypeRecord const & type, std::span< Value const > arguments );
-Ptr< PtrInterface > construct( std::string_view qualifiedName, std::span< Value const > arguments );
+TRAFFIC_POLICY_API Ptr< PtrInterface > construct( TypeRecord const & type,
+                                                  std::span< Value const > arguments );
+TRAFFIC_POLICY_API Ptr< PtrInterface > construct( std::string_view qualifiedName,
+                                                  std::span< Value const > arguments );
 
 } // namespace Vorn

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "TrafficPolicy/platform/vorn/Pool.h"
+#include "TrafficPolicy/platform/vorn/Memory.h"
 #include "TrafficPolicy/platform/vorn/Ptr.h"
 #include "TrafficPolicy/platform/vorn/TypeRecord.h"
 

@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/vorn/Ptr.h"
 
 #include <array>
@@ -27,7 +28,7 @@ struct HashKeys {
    uint64_t constant;
    uint64_t size;
 };
-extern HashKeys const hashKeys;
+TRAFFIC_POLICY_API extern HashKeys const hashKeys;
 
 // A sum of NH as a hash.
 inline uint32_t hashOfSum( uint64_t sum ) {

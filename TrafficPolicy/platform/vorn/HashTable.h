@@ -18,16 +18,13 @@
 
 #include "TrafficPolicy/platform/vorn/Assert.h"
 #include "TrafficPolicy/platform/vorn/Hash.h"
-#include "TrafficPolicy/platform/vorn/Pool.h"
+#include "TrafficPolicy/platform/vorn/Memory.h"
 #include "TrafficPolicy/platform/vorn/Prefetch.h"
 
-#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <iterator>
-#include <memory>
 #include <new>
 #include <span>
 #include <utility>
@@ -44,7 +41,6 @@ public:
       using difference_type = ptrdiff_t;
       using reference = Entry const &;
       using pointer = Entry const *;
-      using iterator_category = std::forward_iterator_tag;
 
       Iterator() = default;
 
@@ -291,8 +287,8 @@ private:
       auto * const block = static_cast< Block * >( Pool::allocate( blockSize( capacity ) ) );
       *block = { capacity, slots, 0, 0, 0 };
       if ( slots ) {
-         std::uninitialized_fill_n( index( block ), slots, free );
-         std::uninitialized_fill_n( deadBits( block ), deadWords( capacity ), 0u );
+         std::memset( index( block ), 0xff, slots * sizeof( uint32_t ) ); // all free
+         std::memset( deadBits( block ), 0, deadWords( capacity ) * sizeof( uint32_t ) );
       }
       return block;
    }
@@ -365,9 +361,11 @@ private:
          entry( at ).~Entry();
          deadBits( block )[at / 32] |= 1u << ( at % 32 );
       } else {
-         std::move( entries( block ) + at + 1, entries( block ) + block->used,
-                    entries( block ) + at );
-         entries( block )[--block->used].~Entry();
+         Entry * const last = entries( block ) + --block->used;
+         for ( Entry * place = entries( block ) + at; place != last; ++place ) {
+            *place = std::move( place[1] );
+         }
+         last->~Entry();
       }
       --block->live;
    }
@@ -395,7 +393,8 @@ private:
    }
 
    // Bytes rather than a union, so that a block's address needs no more than the entry's alignment.
-   alignas( Entry ) char memory_[std::max( sizeof( Entry ), sizeof( void * ) )] = {};
+   alignas( Entry ) char memory_[sizeof( Entry ) > sizeof( void * ) ? sizeof( Entry )
+                                                                    : sizeof( void * )] = {};
    uint32_t state_ = 0;
 };
 

@@ -5,10 +5,8 @@
 #include "TrafficPolicy/platform/vorn/Assert.h"
 #include "TrafficPolicy/platform/vorn/Prefetch.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <span>
 #include <utility>
 #include <vector>
@@ -33,7 +31,6 @@ public:
       using difference_type = ptrdiff_t;
       using reference = Value const &;
       using pointer = Value const *;
-      using iterator_category = std::forward_iterator_tag;
 
       Iterator() = default;
 
@@ -107,7 +104,7 @@ public:
    // Grows as needed; asserts that the index is below rulesMax. The value may be an element of the
    // array.
    void set( unsigned index, Value const & value ) {
-      if ( index == slots_.size() && index < std::min( slots_.capacity(), rulesMax ) ) {
+      if ( index == slots_.size() && index < slots_.capacity() && index < rulesMax ) {
          slots_.push_back( value ); // the usual way: reserved, filled in order
       } else if ( index < slots_.size() ) {
          slots_[index] = value;
@@ -116,7 +113,7 @@ public:
       }
    }
    // Reserves room for this many entries, so that filling the array copies nothing.
-   void reserve( size_t entries ) { slots_.reserve( std::min( entries, rulesMax ) ); }
+   void reserve( size_t entries ) { slots_.reserve( entries < rulesMax ? entries : rulesMax ); }
    // Empties the slot.
    void erase( unsigned index ) {
       if ( index < slots_.size() ) {

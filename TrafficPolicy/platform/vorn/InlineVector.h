@@ -2,13 +2,11 @@
 
 #pragma once
 
-#include "TrafficPolicy/platform/vorn/Pool.h"
+#include "TrafficPolicy/platform/vorn/Memory.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <new>
 #include <utility>
 
@@ -48,15 +46,19 @@ public:
    void insert( T const * where, T element ) {
       auto const at = where - begin();
       append( std::move( element ) );
-      std::rotate( begin() + at, end() - 1, end() );
+      for ( T * place = end() - 1; place != begin() + at; --place ) {
+         std::swap( place[-1], *place );
+      }
    }
    void erase( T const * where ) {
-      T * const at = begin() + ( where - begin() );
-      std::move( at + 1, end(), at );
-      ( --size_, end() )->~T();
+      --size_;
+      for ( T * place = begin() + ( where - begin() ); place != end(); ++place ) {
+         *place = std::move( place[1] );
+      }
+      end()->~T();
    }
    void clear() {
-      std::destroy( begin(), end() );
+      destroy();
       size_ = 0;
    }
    void reserve( size_t elements ) {
@@ -64,8 +66,10 @@ public:
          return;
       }
       T * const grown = static_cast< T * >( Pool::allocate( elements * sizeof( T ) ) );
-      std::uninitialized_move( begin(), end(), grown );
-      std::destroy( begin(), end() );
+      for ( uint32_t at = 0; at < size_; ++at ) {
+         ::new ( static_cast< void * >( grown + at ) ) T( std::move( first()[at] ) );
+      }
+      destroy();
       release();
       Address const address{ grown };
       std::memcpy( memory_, &address, sizeof address );
@@ -85,13 +89,19 @@ private:
       std::memcpy( &address, memory_, sizeof address );
       return address.elements;
    }
+   void destroy() {
+      for ( T & element : *this ) {
+         element.~T();
+      }
+   }
    void release() {
       if ( capacity_ != inPlace ) {
          Pool::release( first(), capacity_ * sizeof( T ) );
       }
    }
 
-   alignas( T ) char memory_[std::max( inPlace * sizeof( T ), sizeof( void * ) )];
+   alignas( T ) char memory_[inPlace * sizeof( T ) > sizeof( void * ) ? inPlace * sizeof( T )
+                                                                      : sizeof( void * )];
    uint32_t size_ = 0;
    uint32_t capacity_ = inPlace;
 };

@@ -9,11 +9,12 @@
 
 #pragma once
 
-#include "TrafficPolicy/platform/vorn/DescribeAttributes.h"
+#include "TrafficPolicy/platform/vorn/DeclaredLines.h"
 
 #include <concepts>
 #include <cstddef>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 
 namespace Vorn {
@@ -72,14 +73,18 @@ concept InputsOf = InputSetter< Class >::template takes< Arguments... >();
 // The constructor that takes the class's inputs in their order, those of the base classes first.
 // Each base class has one too, or is PtrInterface.
 #define VORN_CONSTRUCTOR( Class )                                                                  \
-public:                                                                                            \
-   template< typename... Inputs >                                                                  \
-      requires Vorn::InputsOf< Class, Inputs... >                                                  \
-   explicit Class( Inputs &&... inputs ) {                                                         \
-      Vorn::InputSetter< Class >::set( *this, std::forward< Inputs >( inputs )... );               \
-   }                                                                                               \
-                                                                                                   \
+   VORN_INPUT_CONSTRUCTOR( Class )                                                                 \
 protected:                                                                                         \
    Class() = default;                                                                              \
                                                                                                    \
 public:
+
+// The same for a class that defines its default constructor itself.
+#define VORN_INPUT_CONSTRUCTOR( Class )                                                            \
+public:                                                                                            \
+   template< typename... Inputs >                                                                  \
+      requires Vorn::InputsOf< Class, Inputs... >                                                  \
+   explicit Class( Inputs &&... inputs )                                                           \
+      : Class() {                                                                                  \
+      Vorn::InputSetter< Class >::set( *this, std::forward< Inputs >( inputs )... );               \
+   }

@@ -10,7 +10,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <map>
 #include <utility>
 
@@ -30,7 +29,6 @@ public:
       using difference_type = ptrdiff_t;
       using reference = value_type const &;
       using pointer = value_type const *;
-      using iterator_category = std::forward_iterator_tag;
 
       Iterator() = default;
 

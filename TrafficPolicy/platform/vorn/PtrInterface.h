@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/vorn/Threading.h"
 
 #include <cstdint>
@@ -11,7 +12,7 @@ namespace Vorn {
 class NotifieeList; // change listeners; show commands run to their end without any
 class TypeRecord;
 
-class PtrInterface {
+class TRAFFIC_POLICY_API PtrInterface {
 public:
    PtrInterface( PtrInterface const & ) = delete;
    PtrInterface & operator=( PtrInterface const & ) = delete;

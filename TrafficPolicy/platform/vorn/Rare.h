@@ -14,8 +14,9 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/vorn/Attribute.h"
-#include "TrafficPolicy/platform/vorn/Pool.h"
+#include "TrafficPolicy/platform/vorn/Memory.h"
 
 #include <new>
 
@@ -23,7 +24,7 @@ namespace Vorn {
 
 // Owns a part that is made when it is first changed. Until then all share one empty part.
 template< typename Part >
-class Rare {
+class TRAFFIC_POLICY_API Rare {
 public:
    Rare() = default;
    Rare( Rare const & ) = delete;

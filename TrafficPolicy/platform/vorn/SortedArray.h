@@ -7,9 +7,8 @@
 #pragma once
 
 #include "TrafficPolicy/platform/vorn/InlineVector.h"
-#include "TrafficPolicy/platform/vorn/Pool.h"
+#include "TrafficPolicy/platform/vorn/Memory.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
@@ -76,9 +75,19 @@ private:
          entries_.append( std::move( entry ) );
       }
    }
+   // The first entry whose key is not less.
    auto lowerBound( Key const & key ) const {
-      return std::lower_bound( entries_.begin(), entries_.end(), key,
-                               []( Entry const & a, Key const & b ) { return a.key < b; } );
+      auto first = entries_.begin();
+      for ( auto left = entries_.end() - first; left > 0; ) {
+         auto const half = left / 2;
+         if ( first[half].key < key ) {
+            first += half + 1;
+            left -= half + 1;
+         } else {
+            left = half;
+         }
+      }
+      return first;
    }
 
    template< uint32_t some >

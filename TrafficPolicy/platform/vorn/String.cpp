@@ -1,7 +1,7 @@
 #include "TrafficPolicy/platform/vorn/String.h"
 
 #include "TrafficPolicy/platform/vorn/Hash.h"
-#include "TrafficPolicy/platform/vorn/Pool.h"
+#include "TrafficPolicy/platform/vorn/Memory.h"
 
 #include <limits>
 #include <ostream>

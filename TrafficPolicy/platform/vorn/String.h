@@ -7,6 +7,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/vorn/Threading.h"
 
 #include <compare>
@@ -18,7 +19,7 @@
 
 namespace Vorn {
 
-class String {
+class TRAFFIC_POLICY_API String {
 public:
    // The text is readable up to a multiple of this many bytes, so that a short one can be copied in
    // whole words; the padding is zero.
@@ -71,7 +72,7 @@ public:
       return a.view() <=> b.view();
    }
 
-   friend std::ostream & operator<<( std::ostream & out, String const & s );
+   TRAFFIC_POLICY_API friend std::ostream & operator<<( std::ostream & out, String const & s );
 
    // The hash of a String with this text.
    static uint32_t hashOf( std::string_view text ) noexcept;

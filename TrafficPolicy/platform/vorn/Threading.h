@@ -8,7 +8,7 @@
 
 #pragma once
 
-#include <atomic>
+#include "TrafficPolicy/platform/Export.h"
 
 #if __has_include( <sys/single_threaded.h> )
 #include <sys/single_threaded.h>
@@ -17,7 +17,7 @@
 namespace Vorn {
 
 // Off at start. Not itself synchronised: set it while the process still has one thread.
-inline bool threadSafePointers = false;
+TRAFFIC_POLICY_API inline bool threadSafePointers = false;
 
 // True while the process certainly has one thread.
 inline bool isSingleThreaded() {
@@ -32,7 +32,7 @@ inline bool isSingleThreaded() {
 template< typename Number >
 inline Number countAdd( Number & counter, Number amount ) {
    if ( threadSafePointers ) [[unlikely]] {
-      return std::atomic_ref( counter ).fetch_add( amount, std::memory_order_acq_rel ) + amount;
+      return __atomic_add_fetch( &counter, amount, __ATOMIC_ACQ_REL );
    }
    counter += amount;
    return counter;
@@ -42,7 +42,7 @@ inline Number countAdd( Number & counter, Number amount ) {
 template< typename Number >
 inline Number countSub( Number & counter, Number amount ) {
    if ( threadSafePointers ) [[unlikely]] {
-      return std::atomic_ref( counter ).fetch_sub( amount, std::memory_order_acq_rel ) - amount;
+      return __atomic_sub_fetch( &counter, amount, __ATOMIC_ACQ_REL );
    }
    counter -= amount;
    return counter;

@@ -1,6 +1,6 @@
 #include "TrafficPolicy/platform/vorn/TypeRecord.h"
 
-#include "TrafficPolicy/platform/vorn/Pool.h"
+#include "TrafficPolicy/platform/vorn/Memory.h"
 #include "TrafficPolicy/platform/vorn/Threading.h"
 
 #include <algorithm>
@@ -12,9 +12,9 @@ namespace Vorn {
 // allocation.
 void TypeRecord::countBy( size_t amount ) const noexcept {
    if ( isSingleThreaded() ) {
-      objects_.store( objects() + amount, std::memory_order_relaxed );
+      __atomic_store_n( &objects_, objects() + amount, __ATOMIC_RELAXED );
    } else {
-      objects_.fetch_add( amount, std::memory_order_relaxed );
+      __atomic_fetch_add( &objects_, amount, __ATOMIC_RELAXED );
    }
 }
 

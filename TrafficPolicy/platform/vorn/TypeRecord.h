@@ -2,9 +2,9 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/vorn/TypeName.h"
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -19,7 +19,7 @@ struct ConstructorRow;
 // One per class, constant-initialised in static memory, so that it counts from the first object on,
 // also at load time. A described class is in the list of first() once its source file is
 // initialised; a plain record class (configuration, status, counters) is only counted.
-class TypeRecord {
+class TRAFFIC_POLICY_API TypeRecord {
 public:
    using Attributes = std::span< AttributeRow const >;
    // Returns the record of another class.
@@ -49,7 +49,7 @@ public:
    ConstructorRow const * constructor() const { return constructor_; }
 
    // Objects alive now, and their bytes (the objects' own size, not what their collections hold).
-   size_t objects() const { return objects_.load( std::memory_order_relaxed ); }
+   size_t objects() const { return __atomic_load_n( &objects_, __ATOMIC_RELAXED ); }
    uint64_t bytes() const { return uint64_t{ objects() } * objectSize_; }
 
    // The tracked allocator: memory for one object, counted in this record. Throws std::bad_alloc.
@@ -75,7 +75,7 @@ private:
 
    std::string_view name_;
    size_t objectSize_;
-   mutable std::atomic< size_t > objects_ = 0;
+   mutable size_t objects_ = 0; // accessed atomically
    Other base_ = nullptr;
    Attributes attributes_;
    ConstructorRow const * constructor_ = nullptr;

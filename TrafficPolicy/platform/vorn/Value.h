@@ -13,6 +13,7 @@
 
 #pragma once
 
+#include "TrafficPolicy/platform/Export.h"
 #include "TrafficPolicy/platform/vorn/Ptr.h"
 #include "TrafficPolicy/platform/vorn/PtrInterface.h"
 #include "TrafficPolicy/platform/vorn/String.h"
@@ -37,7 +38,7 @@ concept GivesString = requires( T const & value ) {
 template< typename T >
 concept StringLike = GivesString< T > && std::constructible_from< T, String const & >;
 
-class Value {
+class TRAFFIC_POLICY_API Value {
 public:
    using Entity = Ptr< PtrInterface >;
    using ConstEntity = Ptr< PtrInterface const >;

@@ -8,7 +8,7 @@ char const * SigIntException::what() const noexcept {
 
 namespace interrupt {
 
-std::atomic< bool > requested = false;
+constinit Flag requested;
 
 namespace {
 constinit thread_local unsigned servedCount = 0;
