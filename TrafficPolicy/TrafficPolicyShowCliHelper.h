@@ -9,7 +9,7 @@
 // The caller fills the records of platform/records; show objects keep them alive and only read
 // them. ShowTrafficPolicyBase.h and its subclasses say which handles may be null.
 //
-// docs/library.md describes the whole, cmake/PublicHeaders.cmake what is public.
+// docs/library.md describes the whole, examples/minimal.cpp is a program.
 
 #pragma once
 

@@ -57,6 +57,8 @@ check(lines(usage) in lines(page), "the manual page has another usage")
 check(lines(commands) in lines(page), "the manual page has other commands")
 check(lines(commands.partition("   exit\n")[0]) in lines((ROOT / "README.md").read_text()),
       "the README has other commands")
+example = (ROOT / "examples/minimal.cpp").read_text()
+check(f"```cpp\n{example}```" in (ROOT / "README.md").read_text(), "the README has another minimal.cpp")
 for word in re.findall(r"^   (\S+)", words + filters + options + statuses, re.M):
     check(re.search(r"^\.B[IR]? .*(?<![-\w])%s(?![-\w])" % word, page, re.M), f"the manual page has no {word}")
 print(f"{passed} passed, {failed} failed")
