@@ -1,5 +1,0 @@
-#include <cstdio>
-
-int main() {
-   std::puts( "The installed headers are complete." );
-}
