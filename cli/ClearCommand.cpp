@@ -91,7 +91,7 @@ void clearCounters( Session & session, Command const & command ) {
    Workspace & workspace = session.workspace;
    std::string const path = workspace.counterStorePath();
    if ( path.empty() ) {
-      throw UsageError( "a clear of a state from standard input needs --counter-store" );
+      throw UsageError( "a clear of this state needs --counter-store" );
    }
    workspace.readSource();
    auto const & status = workspace.state().status;

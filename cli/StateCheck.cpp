@@ -223,9 +223,10 @@ void StateCheck::checkMembership() {
       }
       for ( auto const & [intf, installed] : ( *policy )->intfStatus() ) {
          auto const * member = state_.l3IntfStatusDir->intfStatus( intf );
-         if ( !member || !*member ) {
+         // Where it is bound to the interface as well, that is what was installed.
+         if ( ( !member || !*member ) && !state_.isBound( intf, name ) ) {
             find( policyPlace( name ) + ", interface " + std::string( intf.string().view() ),
-                  "is in no VRF, so its installation is shown nowhere" );
+                  "is in no VRF, so the show of the CPU leaves its installation out" );
          }
       }
    }

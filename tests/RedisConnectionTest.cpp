@@ -59,6 +59,10 @@ TEST( RedisConnection, WaitsNoLongerThanItsTimeouts ) {
    EXPECT_EQ(
       error( [&] { RedisConnection( server.address(), "here", impatient ).ask( { "PING" } ); } ),
       "here: no answer within 0 seconds" );
+   // A name that nobody knows (RFC 6761, section 6.4), or no resolver answers for.
+   RedisAddress const unknown{ .unixPath = "", .host = "leaf.invalid" };
+   EXPECT_THAT( error( [&] { RedisConnection( unknown, "nowhere", impatient ); } ),
+                testing::StartsWith( "nowhere: " ) );
    // Connections that nobody takes: some more than the server has room for.
    SilentServer const full( 0 );
    std::vector< RedisConnection > waiting;
@@ -79,6 +83,10 @@ TEST( DatabasePlaces, AreFoundByTextOrFile ) {
    for ( char const * text :
          { ":1", "leaf:", "leaf:0", "leaf:65536", "[::1", "[::1]7", "a:b:1" } ) {
       EXPECT_THAT( error( [&] { findDatabases( text ); } ), testing::EndsWith( "HOST[:PORT]" ) );
+   }
+   for ( std::string const & path : { std::string(), std::string( 200, 'x' ) } ) {
+      EXPECT_THAT( error( [&] { findDatabases( "unix:" + path ); } ),
+                   testing::EndsWith( "a socket's path has 1 to 107 bytes" ) );
    }
    test::TemporaryFolder const folder;
    std::string const file = folder.file( "database_config.json" );

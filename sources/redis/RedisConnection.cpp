@@ -2,6 +2,7 @@
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 #include "sources/FileError.h"
+#include "sources/redis/HostLookup.h"
 
 #include <hiredis/hiredis.h>
 #include <poll.h>
@@ -36,21 +37,28 @@ void RedisConnection::Free::operator()( redisReply * reply ) const {
 RedisConnection::RedisConnection( RedisAddress const & address, std::string name,
                                   RedisTimeouts const & timeouts )
    : name_( std::move( name ) )
-   , timeouts_( timeouts )
-   , context_( address.unixPath.empty() ? redisConnectNonBlock( address.host.c_str(), address.port )
-                                        : redisConnectUnixNonBlock( address.unixPath.c_str() ) ) {
+   , timeouts_( timeouts ) {
+   auto const deadline = Clock::now() + timeouts_.connect;
+   if ( address.unixPath.empty() ) {
+      HostAddress const host = lookUpHost( address.host, deadline );
+      if ( host.text.empty() ) {
+         fail( host.error );
+      }
+      context_.reset( redisConnectNonBlock( host.text.c_str(), address.port ) );
+   } else {
+      context_.reset( redisConnectUnixNonBlock( address.unixPath.c_str() ) );
+   }
    if ( !context_ ) {
       throw std::bad_alloc();
    }
    if ( context_->err != 0 ) {
       fail( context_->errstr );
    }
-   finishConnecting();
+   finishConnecting( deadline );
 }
 
-void RedisConnection::finishConnecting() {
-   wait( true, Clock::now() + timeouts_.connect,
-         "no connection within " + seconds( timeouts_.connect ) );
+void RedisConnection::finishConnecting( Clock::time_point deadline ) {
+   wait( true, deadline, "no connection within " + seconds( timeouts_.connect ) );
    int error = 0;
    socklen_t size = sizeof error;
    if ( ::getsockopt( context_->fd, SOL_SOCKET, SO_ERROR, &error, &size ) < 0 ) {
@@ -109,6 +117,7 @@ void RedisConnection::send( std::initializer_list< std::string_view > words ) {
 
 RedisConnection::Reply RedisConnection::receive() {
    bool written = false;
+   auto const deadline = Clock::now() + timeouts_.answer;
    for ( ;; ) {
       void * reply = nullptr;
       check( redisGetReplyFromReader( context_.get(), &reply ) );
@@ -120,8 +129,7 @@ RedisConnection::Reply RedisConnection::receive() {
          check( redisBufferWrite( context_.get(), &done ) );
          written = done != 0;
       }
-      wait( !written, Clock::now() + timeouts_.answer,
-            "no answer within " + seconds( timeouts_.answer ) );
+      wait( !written, deadline, "no answer within " + seconds( timeouts_.answer ) );
       // Nothing to read is no error here.
       check( redisBufferRead( context_.get() ) );
    }

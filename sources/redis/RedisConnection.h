@@ -23,7 +23,8 @@ struct RedisAddress {
 
 struct RedisTimeouts {
    std::chrono::milliseconds connect = std::chrono::seconds( 5 );
-   std::chrono::milliseconds answer = std::chrono::seconds( 30 ); // without a byte from the server
+   std::chrono::milliseconds answer =
+      std::chrono::seconds( 30 ); // to each request, once it is waited for
 };
 
 class RedisConnection {
@@ -51,7 +52,7 @@ public:
 private:
    using Clock = std::chrono::steady_clock;
 
-   void finishConnecting();
+   void finishConnecting( Clock::time_point deadline );
    // Waits until the socket is ready for reading, or for writing where that is wanted, too.
    void wait( bool writing, Clock::time_point deadline, std::string_view forWhat ) const;
    void check( int result ) const;

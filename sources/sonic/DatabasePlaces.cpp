@@ -4,6 +4,7 @@
 #include "sources/json/JsonTree.h"
 #include "sources/rules/Texts.h"
 
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace tpcli {
@@ -45,10 +46,17 @@ std::string textOf( JsonNode const & node, std::string_view name ) {
 RedisAddress serverOf( JsonTree const & tree, JsonNode const & instance ) {
    RedisAddress address;
    address.unixPath = textOf( instance, "unix_socket_path" );
+   if ( address.unixPath.size() >= sizeof( sockaddr_un::sun_path ) ) {
+      tree.fail( instance, "the path of the socket is too long" );
+   }
    if ( address.unixPath.empty() ) {
       address.host = needed( tree, instance, "hostname" ).text;
-      auto const port = parseNumber( needed( tree, instance, "port" ).text, portMax );
-      address.port = static_cast< int >( port.value_or( 0 ) );
+      JsonNode const & node = needed( tree, instance, "port" );
+      auto const port = parseNumber( node.text, portMax );
+      if ( !port || *port == 0 ) {
+         tree.fail( node, "not a port" );
+      }
+      address.port = static_cast< int >( *port );
    }
    return address;
 }
@@ -100,6 +108,13 @@ DatabasePlaces findDatabases( std::string const & text, std::string const & file
    if ( text.starts_with( unixPrefix ) ) {
       RedisAddress address;
       address.unixPath = text.substr( unixPrefix.size() );
+      // A longer one would be cut.
+      if ( address.unixPath.empty()
+           || address.unixPath.size() >= sizeof( sockaddr_un::sun_path ) ) {
+         throw FileError( "sonic:" + text,
+                          "a socket's path has 1 to "
+                             + std::to_string( sizeof( sockaddr_un::sun_path ) - 1 ) + " bytes" );
+      }
       return allAt( address );
    }
    if ( !text.empty() ) {

@@ -36,7 +36,7 @@ bool isTexts( redisReply const & reply ) {
 void SwitchHashes::select( RedisConnection & connection, unsigned number ) const {
    auto reply = connection.ask( { "SELECT", std::to_string( number ) } );
    char const * const password = std::getenv( "TPCLI_REDIS_PASSWORD" );
-   if ( isError( *reply, "NOAUTH" ) && password ) {
+   if ( isError( *reply, "NOAUTH" ) && password && *password != '\0' ) {
       reply = connection.ask( { "AUTH", password } );
       if ( !isError( *reply ) ) {
          reply = connection.ask( { "SELECT", std::to_string( number ) } );
