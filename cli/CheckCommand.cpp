@@ -1,5 +1,6 @@
 #include "cli/CheckCommand.h"
 
+#include "cli/Printable.h"
 #include "cli/Reply.h"
 #include "cli/StateCheck.h"
 
@@ -18,7 +19,7 @@ Status check( Session & session, Command const & command ) {
          auto const list = renderer.list( findingsKey );
          for ( auto const & [place, message] : found.findings() ) {
             if ( renderer.isText() ) {
-               renderer.write( std::string_view( place ), ": ", std::string_view( message ), '\n' );
+               renderer.write( std::string_view( printable( place + ": " + message ) ), '\n' );
             } else {
                auto const entry = renderer.listEntry();
                renderer._addJsonKeyValuePair( placeKey, std::string_view( place ) );
@@ -27,7 +28,7 @@ Status check( Session & session, Command const & command ) {
          }
          for ( std::string const & note : notes ) {
             if ( renderer.isText() ) {
-               renderer.write( std::string_view( note ), '\n' );
+               renderer.write( std::string_view( printable( note ) ), '\n' );
             } else {
                auto const entry = renderer.listEntry();
                renderer._addJsonKeyValuePair( messageKey, std::string_view( note ) );

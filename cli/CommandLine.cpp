@@ -37,7 +37,8 @@ bool yesOrNo( std::string_view option ) {
 
 [[noreturn]] void refuseOption( std::string_view argument ) {
    std::string name( argument.substr( 0, argument.find( '=' ) ) );
-   bool const isLong = name.starts_with( "--" );
+   // Of letters in one argument, the argument before it may be told.
+   bool const isLong = name.starts_with( "--" ) && ( optopt == 0 || name.size() < argument.size() );
    if ( isLong && optopt != 0 ) {
       throw UsageError( name + " takes no value" );
    }

@@ -103,26 +103,34 @@ private:
    }
 
    void loadHistory() {
-      HistEvent event{};
-      ::history( history_, &event, H_SETSIZE, historySize );
-      ::history( history_, &event, H_SETUNIQUE, 1 );
       std::string const folder = makeStateFolder();
-      if ( !folder.empty() ) {
-         historyFile_ = folder + "/history";
-         ::history( history_, &event, H_LOAD, historyFile_.c_str() );
-      }
+      historyFile_ = folder.empty() ? "" : folder + "/history";
+      load( history_ );
    }
 
-   // Kept from line to line: a program that is killed loses none. A history that cannot be written
-   // is no reason to trouble the user.
+   // Kept from line to line, with what others have added: a program that is killed loses none. A
+   // history that cannot be written is no reason to trouble the user.
    void remember( std::string const & line ) {
       if ( line.find_first_not_of( " \t" ) == line.npos ) {
          return;
       }
       HistEvent event{};
       ::history( history_, &event, H_ENTER, line.c_str() );
+      History * const kept = historyFile_.empty() ? nullptr : ::history_init();
+      if ( kept ) {
+         load( kept );
+         ::history( kept, &event, H_ENTER, line.c_str() );
+         ::history( kept, &event, H_SAVE, historyFile_.c_str() );
+         ::history_end( kept );
+      }
+   }
+
+   void load( History * history ) const {
+      HistEvent event{};
+      ::history( history, &event, H_SETSIZE, historySize );
+      ::history( history, &event, H_SETUNIQUE, 1 );
       if ( !historyFile_.empty() ) {
-         ::history( history_, &event, H_SAVE, historyFile_.c_str() );
+         ::history( history, &event, H_LOAD, historyFile_.c_str() );
       }
    }
 

@@ -11,6 +11,14 @@ constexpr size_t namesMax = 3;
 // Longer ones are hardly typed.
 constexpr size_t lengthMax = 100;
 
+// Letters of the other case are nearly the same.
+bool isNearly( char a, char b ) {
+   auto const lower = []( char c ) {
+      return c >= 'A' && c <= 'Z' ? static_cast< char >( c - 'A' + 'a' ) : c;
+   };
+   return lower( a ) == lower( b );
+}
+
 } // namespace
 
 Nearest::Nearest( std::string_view name )
@@ -44,7 +52,7 @@ size_t Nearest::distanceTo( std::string_view candidate ) {
    for ( size_t i = 0; i < name_.size(); ++i ) {
       now[0] = i + 1;
       for ( size_t j = 0; j < candidate.size(); ++j ) {
-         size_t const changed = last[j] + ( name_[i] == candidate[j] ? 0 : 1 );
+         size_t const changed = last[j] + ( isNearly( name_[i], candidate[j] ) ? 0 : 1 );
          now[j + 1] = std::min( { changed, last[j + 1] + 1, now[j] + 1 } );
          bool const swapped =
             i > 0 && j > 0 && name_[i] == candidate[j - 1] && name_[i - 1] == candidate[j];

@@ -114,17 +114,31 @@ public:
       redirection_.emplace( child_.fd() );
       child_.closeInput();
    }
-   // Waits until the user leaves the pager.
-   ~PagedOutput() {
-      redirection_.reset();
-      child_.wait();
-      // Interrupts of this time were the pager's.
-      wendo::interrupt::requested = false;
-   }
+   ~PagedOutput() { end(); }
    PagedOutput( PagedOutput const & ) = delete;
    PagedOutput & operator=( PagedOutput const & ) = delete;
 
+   // Waits until the user leaves the pager. Throws std::system_error when there was none to leave.
+   void finish() {
+      constexpr int cannotRun = 126; // of a shell; the next one: there is no such command
+      int const status = end();
+      if ( status == cannotRun || status == cannotRun + 1 ) {
+         throw std::system_error( ENOEXEC, std::generic_category(), "cannot run the pager" );
+      }
+   }
+
 private:
+   int end() {
+      if ( !redirection_ ) {
+         return 0;
+      }
+      redirection_.reset();
+      int const status = child_.wait();
+      // Interrupts of this time were the pager's.
+      wendo::interrupt::requested = false;
+      return status;
+   }
+
    static int runPager( std::string const & command, int input ) {
       std::signal( SIGINT, SIG_DFL );
       std::signal( SIGPIPE, SIG_DFL );
@@ -189,6 +203,9 @@ void writeOutput( OutputPath const & path, std::function< void( int fd ) > const
       if ( !pager || error.code() != std::errc::broken_pipe ) {
          throw;
       }
+   }
+   if ( pager ) {
+      pager->finish();
    }
 }
 

@@ -47,21 +47,24 @@ void Report::usage( UsageError const & error ) const {
              + ( error.line().empty() ? "" : pointed( error ) ) );
       return;
    }
-   std::string text = R"({"error":{"message":)" + jsonText( error.what() );
-   if ( inputLine_ != 0 ) {
-      text += R"(,"file":"standard input","line":)" + std::to_string( inputLine_ );
-      if ( !error.line().empty() ) {
-         text += R"(,"column":)"
-                 + std::to_string( characters( error.line().substr( 0, error.begin() ) ) + 1 );
-      }
+   std::string text = R"({"error":{)" + members( error.what() );
+   if ( inputLine_ != 0 && !error.line().empty() ) {
+      text += R"(,"column":)"
+              + std::to_string( characters( error.line().substr( 0, error.begin() ) ) + 1 );
    }
    write( text + "}}\n" );
 }
 
+// The members of a message that comes from a line of standard input.
+std::string Report::members( std::string_view message ) const {
+   std::string const place =
+      inputLine_ == 0 ? "" : R"(,"file":"standard input","line":)" + std::to_string( inputLine_ );
+   return R"("message":)" + jsonText( message ) + place;
+}
+
 void Report::error( std::string_view message ) const {
-   std::string const whole = place().append( message );
-   write( json_ ? R"({"error":{"message":)" + jsonText( whole ) + "}}\n"
-                : "tpcli: " + printable( whole ) + '\n' );
+   write( json_ ? R"({"error":{)" + members( message ) + "}}\n"
+                : "tpcli: " + place() + printable( message ) + '\n' );
 }
 
 void Report::error( FileError const & error ) const {
@@ -84,9 +87,8 @@ void Report::error( FileError const & error ) const {
 }
 
 void Report::hint( std::string_view message ) const {
-   std::string const whole = place().append( message );
-   write( json_ ? R"({"hint":{"message":)" + jsonText( whole ) + "}}\n"
-                : "tpcli: " + printable( whole ) + '\n' );
+   write( json_ ? R"({"hint":{)" + members( message ) + "}}\n"
+                : "tpcli: " + place() + printable( message ) + '\n' );
 }
 
 void Report::outOfMemory() const noexcept {

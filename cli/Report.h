@@ -31,6 +31,7 @@ public:
 private:
    // "line 3: " where the command is such a line.
    std::string place() const;
+   std::string members( std::string_view message ) const;
 
    bool json_;
    size_t inputLine_ = 0;

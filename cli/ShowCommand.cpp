@@ -47,6 +47,9 @@ void showRepeatedly( Session & session, Command const & command, OutputPath path
    double const interval = *parseSeconds( command.value( Option::interval ) );
    unsigned const times = parseCount( command.value( Option::count ) ).value_or( 0 );
    unsigned const interrupts = wendo::interrupt::served();
+   if ( session.options.statePath == "-" ) {
+      throw UsageError( "interval needs a source that can be read again, not standard input" );
+   }
    path.pager.clear();
    for ( unsigned done = 0; times == 0 || done < times; ++done ) {
       if ( done > 0 ) {

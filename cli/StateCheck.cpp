@@ -2,6 +2,8 @@
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 
+#include <netinet/in.h>
+
 #include <algorithm>
 #include <set>
 #include <utility>
@@ -123,8 +125,15 @@ void StateCheck::checkRule( Vorn::String const & policy, Vorn::String const & ru
       find( rulePlace( policy, rule ), "counts into " + std::string( counter.view() )
                                           + ", which the policy does not declare" );
    }
-   if ( match ) {
-      checkMatch( rulePlace( policy, rule ), **match );
+   if ( !match ) {
+      return;
+   }
+   checkMatch( rulePlace( policy, rule ), **match );
+   for ( auto const & [family, condition] : ( *match )->match() ) {
+      if ( status && !status->match().empty() && !status->match().contains( family ) ) {
+         find( rulePlace( policy, rule ),
+               "has a match for " + familyName( family ) + ", for which it is not programmed" );
+      }
    }
 }
 
@@ -169,12 +178,33 @@ void StateCheck::checkMatch( std::string const & place,
       if ( !filter ) {
          continue;
       }
+      checkShown( place, *filter );
       look( filter->length(), "lengths" );
       look( filter->dscp(), "DSCP values" );
       look( filter->ttl(), "TTLs" );
       for ( auto const & [range, protocol] : filter->protocols() ) {
          look( protocol->sport(), "source ports" );
          look( protocol->dport(), "destination ports" );
+      }
+   }
+}
+
+// Conditions that records may have, and no show prints.
+void StateCheck::checkShown( std::string const & place,
+                             Classification::StructuredFilter const & filter ) {
+   using Classification::FragmentType;
+   if ( auto const & fragment = filter.fragment() ) {
+      bool const isShown =
+         fragment->fragmentType() == FragmentType::all
+         || ( fragment->fragmentType() == FragmentType::offset && !fragment->offset().empty() );
+      if ( !isShown ) {
+         find( place, "matches fragments in a way that is shown nowhere" );
+      }
+   }
+   for ( auto const & [range, protocol] : filter.protocols() ) {
+      bool const isTcp = range.low == IPPROTO_TCP && range.high == IPPROTO_TCP;
+      if ( protocol->tcpFlags() != Classification::TcpFlagAndMask() && !isTcp ) {
+         find( place, "matches TCP flags of another protocol, which is shown nowhere" );
       }
    }
 }

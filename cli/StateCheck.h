@@ -35,6 +35,7 @@ private:
    void checkCounters( Vorn::String const & policy, PolicyMap::PolicyMapSubConfig const & config,
                        PolicyMap::PolicyMapStatus const & status );
    void checkMatch( std::string const & place, PolicyMap::ClassMapSubConfig const & match );
+   void checkShown( std::string const & place, Classification::StructuredFilter const & filter );
    void checkBindings();
    void checkMembership();
 

@@ -1,6 +1,7 @@
 #include "cli/StatusCommand.h"
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
+#include "cli/Printable.h"
 #include "cli/StateNames.h"
 
 #include <algorithm>
@@ -43,7 +44,15 @@ std::map< ClassMapMatchOption, Failures > failuresOf( PolicyMapStatus const & po
    return failures;
 }
 
-void writeText( wendo::RendererV2 & renderer, size_t interfaces,
+// The policies that are configured on an interface.
+std::set< Vorn::String > configuredOnInterfaces( State const & state ) {
+   std::set< Vorn::String > names;
+   state.forEachIntfBinding(
+      [&]( Pelx::IntfId const &, Vorn::String const & policy ) { names.insert( policy ); } );
+   return names;
+}
+
+void writeText( wendo::RendererV2 & renderer, size_t interfaces, bool isConfigured,
                 std::map< ClassMapMatchOption, Failures > const & failures ) {
    std::string line;
    for ( auto const & [family, here] : failures ) {
@@ -57,11 +66,11 @@ void writeText( wendo::RendererV2 & renderer, size_t interfaces,
    }
    if ( failures.empty() ) {
       line = interfaces == 0
-                ? "on no interface"
+                ? ( isConfigured ? "configured, but on no interface" : "on no interface" )
                 : "on " + std::to_string( interfaces )
                      + ( interfaces == 1 ? " interface, no failure" : " interfaces, no failure" );
    }
-   renderer.write( ": ", std::string_view( line ), '\n' );
+   renderer.write( ": ", std::string_view( printable( line ) ), '\n' );
 }
 
 void writeJson( wendo::RendererV2 & renderer, size_t interfaces,
@@ -97,6 +106,7 @@ void writeStatus( wendo::RendererV2 & renderer, State const & state ) {
    std::set< Vorn::String > names;
    forEachName( state, Argument::policy, "",
                 [&]( std::string_view name ) { names.emplace( name ); } );
+   std::set< Vorn::String > const configured = configuredOnInterfaces( state );
    renderer.startJsonRoot();
    {
       auto const policies = renderer.object( policiesKey );
@@ -109,8 +119,8 @@ void writeStatus( wendo::RendererV2 & renderer, State const & state ) {
          if ( renderer.isJson() ) {
             writeJson( renderer, interfaces, failures );
          } else {
-            renderer.write( name );
-            writeText( renderer, interfaces, failures );
+            renderer.write( std::string_view( printable( name.view() ) ) );
+            writeText( renderer, interfaces, configured.contains( name ), failures );
          }
       }
    }

@@ -119,6 +119,8 @@ class Terminal(unittest.TestCase):
         self.start("--pager", "head -n 1", "sh", "tr", "int", "|", "ex", "edge")
         self.await_text("Traffic policy control-plane\n")
         self.finish(0)
+        self.start("--pager", "no-such-pager", "sh", "tr", "int")
+        self.assertIn("tpcli: cannot run the pager: ", self.finish(1))
         done = subprocess.run([os.environ["TPCLI"], "--state", self.state, "sh", "tr", "cpu"], capture_output=True,
                               env={"TPCLI_PAGER": "cat >&2"}, timeout=10)
         self.assertEqual(done.stderr, b"")
@@ -159,9 +161,14 @@ class Terminal(unittest.TestCase):
         self.finish(0)
         self.assertEqual(self.history.stat().st_mode & 0o077, 0)
         self.start()
+        self.await_text("tpcli> ")
+        with self.history.open("a") as others:
+            others.write("of another program\n")
+        os.write(self.terminal, b"\n")
         self.dialogue((UP, "exit"), (UP, "sh tr int sum pol lab-in"), ("\n", "Traffic policy lab-in", "tpcli> "),
                       (END,))
         self.finish(0)
+        self.assertIn("\nof another program\n", self.history.read_text())
 
 
 if __name__ == "__main__":
