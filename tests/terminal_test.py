@@ -163,12 +163,12 @@ class Terminal(unittest.TestCase):
         self.start()
         self.await_text("tpcli> ")
         with self.history.open("a") as others:
-            others.write("of another program\n")
+            others.write("others\n")
         os.write(self.terminal, b"\n")
         self.dialogue((UP, "exit"), (UP, "sh tr int sum pol lab-in"), ("\n", "Traffic policy lab-in", "tpcli> "),
                       (END,))
         self.finish(0)
-        self.assertIn("\nof another program\n", self.history.read_text())
+        self.assertIn("\nothers\n", self.history.read_text())
 
 
 if __name__ == "__main__":
