@@ -19,7 +19,8 @@ Status check( Session & session, Command const & command ) {
          auto const list = renderer.list( findingsKey );
          for ( auto const & [place, message] : found.findings() ) {
             if ( renderer.isText() ) {
-               renderer.write( std::string_view( printable( place + ": " + message ) ), '\n' );
+               renderer.write( std::string_view( printable( place ) ), ": ",
+                               std::string_view( printable( message ) ), '\n' );
             } else {
                auto const entry = renderer.listEntry();
                renderer._addJsonKeyValuePair( placeKey, std::string_view( place ) );
