@@ -2,6 +2,7 @@
 
 #include "TrafficPolicy/platform/wendo/Interrupt.h"
 #include "sources/FileError.h"
+#include "sources/NameHash.h"
 
 #include <new>
 
@@ -23,15 +24,58 @@ std::string placeOf( JsonNode const & node ) {
    return placeOf( *node.parent ) + place.pointer();
 }
 
+// The names of an object's members so far. Few are compared, many are hashed.
+class MemberNames {
+public:
+   explicit MemberNames( JsonNode const & object )
+      : object_( object ) {}
+
+   bool has( std::string_view name ) const {
+      return count_ > compared ? names_.contains( name ) : object_.find( name ) != nullptr;
+   }
+   // The member stands in the object.
+   void add( JsonNode const & member ) {
+      count_ += 1;
+      if ( count_ == compared + 1 ) {
+         for ( JsonNode const & earlier : object_ ) {
+            names_.insert( earlier.name );
+         }
+      } else if ( count_ > compared ) {
+         names_.insert( member.name );
+      }
+   }
+
+private:
+   static constexpr size_t compared = 8;
+
+   JsonNode const & object_;
+   NameSet names_;
+   size_t count_ = 0;
+};
+
 } // namespace
+
+JsonNode const * JsonNode::find( std::string_view memberName ) const {
+   JsonNode const * member = isObject() ? first : nullptr;
+   while ( member && member->name != memberName ) {
+      member = member->next;
+   }
+   return member;
+}
+
+void JsonNode::fail( std::string const & message ) const {
+   JsonNode const * root = this;
+   while ( root->parent ) {
+      root = root->parent;
+   }
+   throw FileError( std::string( root->name ), message,
+                    { placeOf( *this ), position.line, position.column } );
+}
 
 JsonTree::JsonTree( InputFile & file )
    : name_( file.name() ) {
+   root_.name = name_;
    readJson( file, [&]( JsonValue & value ) { build( root_, value, 0 ); } );
-}
-
-void JsonTree::fail( JsonNode const & node, std::string const & message ) const {
-   throw FileError( name_, message, { placeOf( node ), node.position.line, node.position.column } );
 }
 
 JsonNode & JsonTree::add( JsonNode & parent, JsonNode *& last ) {
@@ -48,6 +92,21 @@ JsonNode & JsonTree::add( JsonNode & parent, JsonNode *& last ) {
    return *node;
 }
 
+void JsonTree::buildObject( JsonNode & node, JsonValue & value, unsigned depth ) {
+   node.kind = JsonNode::Kind::object;
+   JsonNode * last = nullptr;
+   MemberNames names( node );
+   value.map( [&]( std::string_view name, JsonValue member ) {
+      if ( names.has( name ) ) {
+         member.fail( "given twice" );
+      }
+      JsonNode & child = add( node, last );
+      child.name = texts_.copy( name );
+      names.add( child );
+      build( child, member, depth + 1 );
+   } );
+}
+
 void JsonTree::build( JsonNode & node, JsonValue & value, unsigned depth ) {
    if ( depth == depthMax ) {
       value.fail( "nested too deeply" );
@@ -57,12 +116,7 @@ void JsonTree::build( JsonNode & node, JsonValue & value, unsigned depth ) {
    JsonNode * last = nullptr;
    switch ( value.type() ) {
    case JsonType::object:
-      node.kind = JsonNode::Kind::object;
-      value.map( [&]( std::string_view name, JsonValue member ) {
-         JsonNode & child = add( node, last );
-         child.name = texts_.copy( name );
-         build( child, member, depth + 1 );
-      } );
+      buildObject( node, value, depth );
       break;
    case JsonType::list:
       node.kind = JsonNode::Kind::list;

@@ -19,7 +19,7 @@ struct JsonNode {
 
    Kind kind = Kind::null;
    uint32_t index = 0;    // in the list or object
-   std::string_view name; // as a member; empty for an element
+   std::string_view name; // as a member; the file's for the root; empty for an element
    std::string_view text; // a string's text; a number or word as it is written
    JsonText::Position position{};
    JsonNode const * parent = nullptr;
@@ -30,6 +30,11 @@ struct JsonNode {
    bool isList() const { return kind == Kind::list; }
    // A string or a number: forms that mean the same in many documents.
    bool isScalar() const { return kind == Kind::string || kind == Kind::number; }
+
+   // An object's member, or null; so it is where the node is no object.
+   JsonNode const * find( std::string_view memberName ) const;
+   // The error of this node, which stands in a tree.
+   [[noreturn]] void fail( std::string const & message ) const;
 
    class Iterator {
    public:
@@ -55,10 +60,12 @@ public:
    explicit JsonTree( InputFile & file );
 
    JsonNode const & root() const { return root_; }
-   // The error of this node.
-   [[noreturn]] void fail( JsonNode const & node, std::string const & message ) const;
+   [[noreturn]] void fail( JsonNode const & node, std::string const & message ) const {
+      node.fail( message );
+   }
 
 private:
+   void buildObject( JsonNode & node, JsonValue & value, unsigned depth );
    void build( JsonNode & node, JsonValue & value, unsigned depth );
    JsonNode & add( JsonNode & parent, JsonNode *& last );
 
