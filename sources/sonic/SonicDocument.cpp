@@ -25,9 +25,10 @@ public:
    explicit DocumentHashes( JsonTree const & tree )
       : tree_( tree ) {
       for ( JsonNode const & top : tree.root() ) {
-         if ( JsonNode const * const fields = dumped( top ) ) {
-            add( std::string( top.name ), *fields );
-         } else if ( top.isObject() ) {
+         JsonNode const * const fields = dumped( top );
+         if ( fields || ( !top.isObject() && top.kind != JsonNode::Kind::null ) ) {
+            add( std::string( top.name ), fields ? *fields : top );
+         } else {
             for ( JsonNode const & entry : top ) {
                add( std::string( top.name ).append( "|" ).append( entry.name ), entry );
             }
@@ -36,6 +37,7 @@ public:
    }
 
    std::vector< std::string_view > keys( SonicDatabase, std::string_view begin ) override {
+      checkTable( begin );
       std::vector< std::string_view > result;
       for ( auto at = hashes_.lower_bound( begin );
             at != hashes_.end() && at->first.starts_with( begin ); ++at ) {
@@ -46,6 +48,7 @@ public:
 
    void fetch( SonicDatabase, std::string_view prefix,
                std::vector< std::string_view > const & names, Take const & take ) override {
+      checkTable( prefix );
       Fields fields;
       for ( size_t at = 0; at < names.size(); ++at ) {
          fields.clear();
@@ -65,6 +68,16 @@ private:
       }
    }
 
+   // A table is an object of hashes; the prefix is that of its keys.
+   void checkTable( std::string_view prefix ) const {
+      size_t const bar = prefix.find( '|' );
+      auto const table =
+         bar == prefix.npos ? hashes_.end() : hashes_.find( prefix.substr( 0, bar ) );
+      if ( table != hashes_.end() && !table->second->isObject() ) {
+         tree_.fail( *table->second, "not an object" );
+      }
+   }
+
    void addFields( JsonNode const & node, Fields & fields ) {
       if ( !node.isObject() ) {
          tree_.fail( node, "not an object" );
@@ -72,7 +85,8 @@ private:
       for ( JsonNode const & field : node ) {
          if ( field.isList() ) {
             // As a database has it.
-            std::string_view const name = lists_.emplace_back( field.name ).append( "@" );
+            std::string & name = lists_.emplace_back( field.name );
+            name.append( name.ends_with( '@' ) ? "" : "@" );
             fields.emplace_back( name, lists_.emplace_back( joined( field ) ) );
          } else if ( field.isObject() ) {
             tree_.fail( field, "not a text" );
@@ -86,9 +100,12 @@ private:
       }
    }
 
-   static std::string joined( JsonNode const & list ) {
+   std::string joined( JsonNode const & list ) const {
       std::string text;
       for ( JsonNode const & element : list ) {
+         if ( element.isObject() || element.isList() ) {
+            tree_.fail( element, "not a text" );
+         }
          text.append( text.empty() ? "" : "," ).append( element.text );
       }
       return text;
