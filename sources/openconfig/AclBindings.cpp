@@ -41,8 +41,7 @@ void AclBindings::readBinding( JsonNode const & node, Pelx::IntfId const & intf,
    bind( Vorn::String( name ) );
    auto const type = setType( textOf( keyLeaf( node, "type" ) ) );
    SetKey const set{ type.value_or( SetType::mixed ), name };
-   JsonNode const * const state = member( &node, "state" );
-   if ( state && state->isObject() ) {
+   if ( object( member( &node, "state" ) ) ) {
       installations_.push_back( { intf, set } );
    }
    forEachEntry( tree_, member( &node, "acl-entries", "acl-entry" ), [&]( JsonNode const & entry ) {

@@ -73,9 +73,6 @@ void ConditionReader::readLeaves( JsonNode const & container, LeafRow const ( &r
    forEachLeaf( container, [&]( JsonNode const & leaf ) {
       std::string_view const name = localName( leaf.name );
       auto const row = std::ranges::find( rows, name, &LeafRow::name );
-      if ( leaf.kind == JsonNode::Kind::null || ( leaf.isList() && !leaf.first ) ) {
-         return;
-      }
       if ( row != std::end( rows ) ) {
          ( this->*row->read )( leaf );
       } else {
@@ -91,7 +88,7 @@ void ConditionReader::ip( JsonNode const & container ) {
       std::string_view const name = localName( child.name );
       if ( name == icmpName ) {
          icmp( child );
-      } else if ( name != "config" && name != "state" && child.first ) {
+      } else if ( name != "config" && name != "state" && saysAnything( child ) ) {
          cannotShow( name );
       }
    }
@@ -101,7 +98,7 @@ void ConditionReader::transport( JsonNode const & container ) {
    readLeaves( container, transportLeaves );
    for ( JsonNode const & child : container ) {
       std::string_view const name = localName( child.name );
-      if ( name != "config" && name != "state" && child.first ) {
+      if ( name != "config" && name != "state" && saysAnything( child ) ) {
          cannotShow( name );
       }
    }

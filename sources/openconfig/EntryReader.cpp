@@ -33,19 +33,6 @@ constexpr ContainerRow containers[] = {
 // Members of an entry that are no conditions.
 constexpr std::string_view passedOver[] = { "sequence-id", "config", "state", "actions" };
 
-// Servers send containers without a leaf, too.
-bool saysAnything( JsonNode const & node ) {
-   bool any = !node.isObject() && !node.isList() && node.kind != JsonNode::Kind::null;
-   for ( JsonNode const & child : node ) {
-      any = any || saysAnything( child );
-   }
-   return any;
-}
-
-bool saysAnything( JsonNode const * node ) {
-   return node && saysAnything( *node );
-}
-
 void readNames( JsonTree const & tree, JsonNode const * list, NameSet & names ) {
    forEachEntry( tree, list, [&]( JsonNode const & entry ) {
       if ( JsonNode const * name = keyLeaf( entry, "name" ) ) {
@@ -77,14 +64,14 @@ ClassMapMatchOption familyOfEntry( SetType type, JsonNode const & entry ) {
    if ( type != SetType::mixed ) {
       return families[static_cast< size_t >( type )];
    }
-   JsonNode const * const ip4 = member( &entry, "ipv4" );
-   JsonNode const * const ip6 = member( &entry, "ipv6" );
+   JsonNode const * const ip4 = object( member( &entry, "ipv4" ) );
+   JsonNode const * const ip6 = object( member( &entry, "ipv6" ) );
    // One that says something counts for more than an empty one.
-   return saysAnything( ip4 )   ? ClassMapMatchOption::ipv4
-          : saysAnything( ip6 ) ? ClassMapMatchOption::ipv6
-          : ip4                 ? ClassMapMatchOption::ipv4
-          : ip6                 ? ClassMapMatchOption::ipv6
-                                : ClassMapMatchOption::mac;
+   return ip4 && saysAnything( *ip4 )   ? ClassMapMatchOption::ipv4
+          : ip6 && saysAnything( *ip6 ) ? ClassMapMatchOption::ipv6
+          : ip4                         ? ClassMapMatchOption::ipv4
+          : ip6                         ? ClassMapMatchOption::ipv6
+                                        : ClassMapMatchOption::mac;
 }
 
 Vorn::Ptr< Classification::StructuredFilter const >
@@ -94,13 +81,12 @@ readConditions( JsonNode const & entry, ClassMapMatchOption family, DefinedSets 
    for ( JsonNode const & container : entry ) {
       std::string_view const name = localName( container.name );
       auto const row = std::ranges::find( containers, name, &ContainerRow::name );
-      if ( std::ranges::find( passedOver, name ) != std::end( passedOver )
-           || !saysAnything( container ) ) {
-         continue;
-      }
       if ( row != std::end( containers ) && row->fits( family ) ) {
-         ( reader.*row->read )( container );
-      } else {
+         if ( object( &container ) ) {
+            ( reader.*row->read )( container );
+         }
+      } else if ( std::ranges::find( passedOver, name ) == std::end( passedOver )
+                  && saysAnything( container ) ) {
          reader.cannotShow( name );
       }
    }
@@ -109,7 +95,7 @@ readConditions( JsonNode const & entry, ClassMapMatchOption family, DefinedSets 
 
 bool readActions( JsonNode const & entry, SwitchRule & rule, EntryPlace const & place,
                   Notes & notes ) {
-   JsonNode const * const actions = member( &entry, "actions" );
+   JsonNode const * const actions = object( member( &entry, "actions" ) );
    bool rejects = false;
    if ( !actions ) {
       return rejects;

@@ -20,8 +20,26 @@ std::string_view identity( std::string_view text ) {
    return text.substr( text.rfind( ':' ) + 1 ); // npos + 1 is 0
 }
 
+bool saysAnything( JsonNode const & node ) {
+   bool any = !node.isObject() && !node.isList() && node.kind != JsonNode::Kind::null;
+   for ( JsonNode const & child : node ) {
+      any = any || saysAnything( child );
+   }
+   return any;
+}
+
+JsonNode const * object( JsonNode const * node ) {
+   if ( !node || node->kind == JsonNode::Kind::null ) {
+      return nullptr;
+   }
+   if ( !node->isObject() ) {
+      node->fail( "not an object" );
+   }
+   return node;
+}
+
 JsonNode const * member( JsonNode const * node, std::string_view name ) {
-   if ( node && node->isObject() ) {
+   if ( object( node ) ) {
       for ( JsonNode const & child : *node ) {
          if ( localName( child.name ) == name ) {
             return &child;
@@ -34,7 +52,7 @@ JsonNode const * member( JsonNode const * node, std::string_view name ) {
 JsonNode const * leaf( JsonNode const * container, std::string_view name ) {
    for ( std::string_view const part : { "state", "config" } ) {
       JsonNode const * const found = member( container, part, name );
-      if ( found && found->kind != JsonNode::Kind::null ) {
+      if ( found && isSaid( *found ) ) {
          return found;
       }
    }
@@ -43,7 +61,7 @@ JsonNode const * leaf( JsonNode const * container, std::string_view name ) {
 
 JsonNode const * keyLeaf( JsonNode const & entry, std::string_view name ) {
    JsonNode const * const own = member( &entry, name );
-   return own ? own : leaf( &entry, name );
+   return own && isSaid( *own ) ? own : leaf( &entry, name );
 }
 
 } // namespace tpcli

@@ -15,7 +15,18 @@ std::string_view localName( std::string_view name );
 // An identity's name without its module.
 std::string_view identity( std::string_view text );
 
-// The member of this local name, or null. The node may be null.
+// Whether any leaf is in it: servers send containers without one, too.
+bool saysAnything( JsonNode const & node );
+// Whether a leaf has a value: a null or an empty list is none.
+inline bool isSaid( JsonNode const & leaf ) {
+   return leaf.kind != JsonNode::Kind::null && !( leaf.isList() && !leaf.first );
+}
+
+// The node; null where it is none, or a JSON null. Throws FileError where it is no object.
+JsonNode const * object( JsonNode const * node );
+
+// The member of this local name, or null. The node may be null, and is an object else: throws
+// FileError.
 JsonNode const * member( JsonNode const * node, std::string_view name );
 template< typename... Names >
 JsonNode const * member( JsonNode const * node, std::string_view name, Names... deeper ) {
@@ -29,16 +40,20 @@ JsonNode const * leaf( JsonNode const * container, std::string_view name );
 // A leaf that is a list's key: it may stand in the entry itself, too.
 JsonNode const * keyLeaf( JsonNode const & entry, std::string_view name );
 
-// Calls the function with each leaf of the container's "state" and with those of its "config" that
-// are not there.
+// Calls the function with each leaf that the container's "state" says, and with those of its
+// "config" that the state does not say.
 template< typename Function >
 void forEachLeaf( JsonNode const & container, Function const & function ) {
-   JsonNode const * const state = member( &container, "state" );
-   JsonNode const * const config = member( &container, "config" );
+   JsonNode const * const state = object( member( &container, "state" ) );
+   JsonNode const * const config = object( member( &container, "config" ) );
+   auto const inState = [&]( JsonNode const & child ) {
+      JsonNode const * const other = member( state, localName( child.name ) );
+      return other && isSaid( *other );
+   };
    for ( JsonNode const * part : { state, config } ) {
-      if ( part && part->isObject() ) {
+      if ( part ) {
          for ( JsonNode const & child : *part ) {
-            if ( part == state || !member( state, localName( child.name ) ) ) {
+            if ( isSaid( child ) && ( part == state || !inState( child ) ) ) {
                function( child );
             }
          }
