@@ -21,19 +21,39 @@ bool isOneOf( std::span< std::string_view const > names, std::string_view name )
    return std::ranges::find( names, name ) != names.end();
 }
 
-// The interfaces of the container "acl", and not those of the switch.
+constexpr std::string_view aclModule = "openconfig-acl:";
+
+// The interfaces of the container "acl", and not those of the switch, which may be of any form.
 bool isAclInterfaces( JsonNode const & node ) {
-   if ( node.name.starts_with( "openconfig-acl:" ) ) {
+   if ( node.name.starts_with( aclModule ) ) {
       return true;
    }
-   JsonNode const * const list = member( &node, "interface" );
-   return node.name == "interfaces" && list && list->isList() && list->first
-          && keyLeaf( *list->first, "id" );
+   JsonNode const * const list = node.find( "interface" );
+   JsonNode const * const entry = list && list->isList() ? list->first : nullptr;
+   auto const hasId = [&]( JsonNode const * part ) { return part && part->find( "id" ); };
+   return node.name == "interfaces" && entry
+          && ( hasId( entry ) || hasId( entry->find( "state" ) )
+               || hasId( entry->find( "config" ) ) );
+}
+
+// The member of the model for ACLs, whose name may have the module's before it; null for none.
+// Others of the same name are passed over.
+JsonNode const * aclMember( JsonNode const * node, std::string_view name ) {
+   if ( !object( node ) ) {
+      return nullptr;
+   }
+   JsonNode const * const full = node->find( std::string( aclModule ).append( name ) );
+   JsonNode const * const bare = node->find( name );
+   bool const isAnother = bare && name == "interfaces" && !isAclInterfaces( *bare );
+   if ( full && bare && !isAnother ) {
+      ( full->index > bare->index ? full : bare )->fail( "given twice" );
+   }
+   return full ? full : bare;
 }
 
 // The container "acl": below the top, or the top itself; null where there is none.
 JsonNode const * findAcl( JsonTree const & tree ) {
-   if ( JsonNode const * acl = member( &tree.root(), "acl" ) ) {
+   if ( JsonNode const * acl = aclMember( &tree.root(), "acl" ) ) {
       return acl;
    }
    bool isRoot = false;
@@ -107,10 +127,10 @@ void readOpenConfig( JsonTree const & tree, Reading & reading ) {
    EntryCounts counts;
    readCapability( acl, reading, counts );
    AclBindings bindings( tree, reading );
-   bindings.readInterfaces( member( acl, "interfaces", "interface" ), counts );
+   bindings.readInterfaces( member( aclMember( acl, "interfaces" ), "interface" ), counts );
    bindings.readControlPlane( member( system, "control-plane-traffic" ), counts );
    AclSets policies( tree, sets, counts, reading );
-   policies.read( member( acl, "acl-sets", "acl-set" ) );
+   policies.read( member( aclMember( acl, "acl-sets" ), "acl-set" ) );
    bindings.install( policies );
    reading.state.status->byteCountersSupportedIs( counts.anyOctets() );
 }
