@@ -32,14 +32,23 @@ std::string nameOf( JsonTree const & tree, JsonNode const & entry ) {
 } // namespace
 
 template< typename Bind >
-void AclBindings::readBinding( JsonNode const & node, Pelx::IntfId const & intf,
-                               EntryCounts & counts, Bind const & bind ) {
+void AclBindings::readBinding( JsonNode const & node, std::string const & place,
+                               Pelx::IntfId const & intf, EntryCounts & counts,
+                               Bind const & bind ) {
    std::string_view const name = textOf( keyLeaf( node, "set-name" ) );
    if ( name.empty() ) {
       tree_.fail( node, "the member \"set-name\" is missing" );
    }
    bind( Vorn::String( name ) );
-   auto const type = setType( textOf( keyLeaf( node, "type" ) ) );
+   std::string_view const typeText = textOf( keyLeaf( node, "type" ) );
+   auto const type = setType( typeText );
+   if ( !type ) {
+      addNote( reading_.notes, place,
+               "acl-set " + std::string( name )
+                  + ( typeText.empty()
+                         ? ": the type is missing"
+                         : ": type \"" + std::string( typeText ) + "\" is not understood" ) );
+   }
    SetKey const set{ type.value_or( SetType::mixed ), name };
    if ( object( member( &node, "state" ) ) ) {
       installations_.push_back( { intf, set } );
@@ -67,18 +76,20 @@ void AclBindings::readInterfaces( JsonNode const * list, EntryCounts & counts ) 
    forEachEntry( tree_, list, [&]( JsonNode const & entry ) {
       wendo::interrupt::check();
       std::string const name = nameOf( tree_, entry );
+      std::string const place = "interface " + name;
       Pelx::IntfId const intf{ Vorn::String( name ) };
       forEachEntry( tree_, member( &entry, "ingress-acl-sets", "ingress-acl-set" ),
                     [&]( JsonNode const & node ) {
-                       readBinding( node, intf, counts, [&]( Vorn::String const & policy ) {
+                       readBinding( node, place, intf, counts, [&]( Vorn::String const & policy ) {
                           reading_.state.bind( intf, policy );
                        } );
                     } );
-      noteEgress( member( &entry, "egress-acl-sets", "egress-acl-set" ), "interface " + name );
+      noteEgress( member( &entry, "egress-acl-sets", "egress-acl-set" ), place );
    } );
 }
 
 void AclBindings::readControlPlane( JsonNode const * traffic, EntryCounts & counts ) {
+   std::string const place = "control-plane-traffic";
    L3::VrfName const vrf( "default" );
    Pelx::IntfId const intf( "control-plane" );
    State & state = reading_.state;
@@ -86,10 +97,10 @@ void AclBindings::readControlPlane( JsonNode const * traffic, EntryCounts & coun
       tree_, member( traffic, "ingress", "acl", "acl-set" ), [&]( JsonNode const & node ) {
          state.allVrfConfig->vrfIs( vrf );
          state.l3IntfStatusDir->intfStatusIs( intf, Vorn::create< L3::Intf::Status >( vrf ) );
-         readBinding( node, intf, counts,
+         readBinding( node, place, intf, counts,
                       [&]( Vorn::String const & policy ) { state.bind( vrf, policy ); } );
       } );
-   noteEgress( member( traffic, "egress", "acl", "acl-set" ), "control-plane-traffic" );
+   noteEgress( member( traffic, "egress", "acl", "acl-set" ), place );
 }
 
 void AclBindings::install( AclSets & policies ) const {

@@ -27,10 +27,10 @@ private:
       SetKey set;
    };
 
-   // One bound set. `bind` is called with the policy's name.
+   // One bound set; notes name the place. `bind` is called with the policy's name.
    template< typename Bind >
-   void readBinding( JsonNode const & node, Pelx::IntfId const & intf, EntryCounts & counts,
-                     Bind const & bind );
+   void readBinding( JsonNode const & node, std::string const & place, Pelx::IntfId const & intf,
+                     EntryCounts & counts, Bind const & bind );
    void noteEgress( JsonNode const * list, std::string const & place ) const;
 
    JsonTree const & tree_;

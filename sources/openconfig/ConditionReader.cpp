@@ -248,9 +248,9 @@ void ConditionReader::icmp( JsonNode const & container ) {
    }
    if ( code && !codeNumber ) {
       notUnderstood( *code, *code );
-   } else if ( code && !typeNumber ) {
+   } else if ( code && !type ) {
       place_.note( notes_, "an ICMP code without a type cannot be shown" );
-   } else if ( code ) {
+   } else if ( code && typeNumber ) {
       conditions_.icmpCode = { { *codeNumber, *codeNumber } };
    }
 }

@@ -58,6 +58,25 @@ void EntryCounts::add( SetKey const & set, uint32_t sequenceId, Pelx::IntfId con
    }
 }
 
+void EntryCounts::addTo( Count & sum, Count const & count ) {
+   tpcli::addTo( sum.packets, count.packets );
+   tpcli::addTo( sum.octets, count.octets );
+}
+
+// An interface may be met more than once, by several ids or bindings.
+void EntryCounts::mergeInterfaces( std::vector< IntfCount > & counts ) {
+   std::ranges::stable_sort( counts, {}, &IntfCount::intf );
+   auto last = counts.begin();
+   for ( auto at = counts.begin() + 1; at != counts.end(); ++at ) {
+      if ( at->intf == last->intf ) {
+         addTo( last->count, at->count );
+      } else if ( ++last != at ) {
+         *last = std::move( *at );
+      }
+   }
+   counts.erase( last + 1, counts.end() );
+}
+
 void EntryCounts::countIs( SwitchRule & rule, SetKey const & set, uint32_t sequenceId,
                            JsonNode const & entry, Notes & notes, EntryPlace const & place ) {
    Count const stated = read( entry, notes, place );
@@ -65,9 +84,9 @@ void EntryCounts::countIs( SwitchRule & rule, SetKey const & set, uint32_t seque
    rule.interfaces.clear();
    if ( auto const counts = byInterface_.find( set ); counts != byInterface_.end() ) {
       if ( auto const found = counts->second.find( sequenceId ); found != counts->second.end() ) {
+         mergeInterfaces( found->second );
          for ( auto const & [intf, count] : found->second ) {
-            addTo( sum.packets, count.packets );
-            addTo( sum.octets, count.octets );
+            addTo( sum, count );
             rule.interfaces.emplace_back( intf,
                                           PolicyMap::PacketAndByte{ count.packets.value_or( 0 ),
                                                                     count.octets.value_or( 0 ) } );

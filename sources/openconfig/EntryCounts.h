@@ -43,6 +43,8 @@ private:
       Count count;
    };
 
+   static void addTo( Count & sum, Count const & count );
+   static void mergeInterfaces( std::vector< IntfCount > & counts );
    Count read( JsonNode const & node, Notes & notes, EntryPlace const & place );
 
    std::map< SetKey, std::map< uint32_t, std::vector< IntfCount > > > byInterface_;

@@ -57,12 +57,17 @@ JsonNode const * findAcl( JsonTree const & tree ) {
       return acl;
    }
    bool isRoot = false;
+   JsonNode const * others = nullptr; // the switch's interfaces
    for ( JsonNode const & top : tree.root() ) {
       std::string_view const name = localName( top.name );
       if ( name == "interfaces" ? isAclInterfaces( top ) : isOneOf( aclTops, name ) ) {
          return &tree.root();
       }
       isRoot |= isOneOf( rootTops, name );
+      others = name == "interfaces" ? &top : others;
+   }
+   if ( !isRoot && others ) {
+      others->fail( "the interfaces of the switch: those of \"acl\" have an \"id\"" );
    }
    if ( !isRoot ) {
       tree.fail( tree.root(), "none of the members is " + openConfigTops() );
