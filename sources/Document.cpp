@@ -74,28 +74,97 @@ bool namesTable( std::string_view name ) {
              } );
 }
 
-} // namespace
+enum class DocumentKind { stateFile, openConfig, sonic, unknown };
 
-DocumentKind kindOfDocument( std::string_view begin ) {
-   bool any = false;
-   bool stateFile = false;
-   bool status = false;
-   bool openConfig = false;
-   bool sonic = false;
-   TopNames( begin ).forEach( [&]( std::string_view name ) {
-      any = true;
-      status |= name == "status";
-      stateFile |= name == "config" || name == "status";
-      openConfig |= isOpenConfigTop( name );
-      sonic |= namesTable( name );
-   } );
-   // The content of the container "acl" may have a "config", too.
-   return !any || status ? DocumentKind::stateFile
-          : openConfig   ? DocumentKind::openConfig
-          : stateFile    ? DocumentKind::stateFile
-          : sonic        ? DocumentKind::sonic
-                         : DocumentKind::unknown;
+// What the names of a document's top members make it. What has none is a state file, or no object.
+class TopKind {
+public:
+   void add( std::string_view name ) {
+      any_ = true;
+      status_ |= name == "status";
+      stateFile_ |= isStateFileTop( name );
+      openConfig_ |= isOpenConfigTop( name );
+      sonic_ |= namesTable( name );
+   }
+   DocumentKind kind() const {
+      // The content of the container "acl" may have a "config", too.
+      return !any_ || status_ ? DocumentKind::stateFile
+             : openConfig_    ? DocumentKind::openConfig
+             : stateFile_     ? DocumentKind::stateFile
+             : sonic_         ? DocumentKind::sonic
+                              : DocumentKind::unknown;
+   }
+
+   static bool isStateFileTop( std::string_view name ) {
+      return name == "config" || name == "status";
+   }
+
+private:
+   bool any_ = false;
+   bool stateFile_ = false;
+   bool status_ = false;
+   bool openConfig_ = false;
+   bool sonic_ = false;
+};
+
+// By what stands in this begin of the text.
+DocumentKind kindByBegin( std::string_view begin ) {
+   TopKind top;
+   TopNames( begin ).forEach( [&]( std::string_view name ) { top.add( name ); } );
+   return top.kind();
 }
+
+DocumentKind kindOf( JsonTree const & tree ) {
+   TopKind top;
+   for ( JsonNode const & member : tree.root() ) {
+      top.add( member.name );
+   }
+   return top.kind();
+}
+
+// The error of a state file with further members.
+[[noreturn]] void failAsStateFile( JsonTree const & tree ) {
+   JsonNode const * member = tree.root().first;
+   while ( member->next && TopKind::isStateFileTop( member->name ) ) {
+      member = member->next;
+   }
+   member->fail( "unknown member" );
+}
+
+// The "config" of an OpenConfig container has leaves; a state file's has objects.
+bool hasConfigOfStateFile( JsonTree const & tree ) {
+   JsonNode const * const config = tree.root().find( "config" );
+   bool any = false;
+   if ( config && config->isObject() ) {
+      for ( JsonNode const & member : *config ) {
+         any |= member.isObject() && member.name.find( ':' ) == member.name.npos;
+      }
+   }
+   return any;
+}
+
+void readTree( JsonTree const & tree, Reading & reading ) {
+   switch ( kindOf( tree ) ) {
+   case DocumentKind::openConfig:
+      if ( hasConfigOfStateFile( tree ) ) {
+         failAsStateFile( tree );
+      }
+      readOpenConfig( tree, reading );
+      break;
+   case DocumentKind::sonic:
+      readSonicDocument( tree, reading );
+      break;
+   case DocumentKind::stateFile:
+      failAsStateFile( tree );
+   case DocumentKind::unknown:
+      tree.fail( tree.root(),
+                 "none of the members is known: a state file has \"config\" or \"status\", an "
+                 "OpenConfig document "
+                    + openConfigTops() + ", one of a SONiC switch tables such as \"ACL_RULE\"" );
+   }
+}
+
+} // namespace
 
 Reading Document::read() {
    Reading reading;
@@ -105,23 +174,12 @@ Reading Document::read() {
    };
    while ( begin().size() < beginSize && file.advance( file.begin() ) ) {
    }
-   switch ( kindOfDocument( begin().substr( 0, beginSize ) ) ) {
-   case DocumentKind::stateFile:
+   // A state file is read as it comes. Anything else is told apart again when all of it is there:
+   // what is known may stand behind large members that are not, and it may be no JSON at all.
+   if ( kindByBegin( begin().substr( 0, beginSize ) ) == DocumentKind::stateFile ) {
       reading.state = readState( file );
-      break;
-   case DocumentKind::openConfig:
-      readOpenConfig( JsonTree( file ), reading );
-      break;
-   case DocumentKind::sonic:
-      readSonicDocument( JsonTree( file ), reading );
-      break;
-   case DocumentKind::unknown:
-      // It may be no JSON at all.
-      JsonTree const tree( file );
-      tree.fail( tree.root(),
-                 "none of the members is known: a state file has \"config\" or \"status\", an "
-                 "OpenConfig document "
-                    + openConfigTops() + ", one of a SONiC switch tables such as \"ACL_RULE\"" );
+   } else {
+      readTree( JsonTree( file ), reading );
    }
    return reading;
 }

@@ -4,7 +4,7 @@
 
 #include "sources/Source.h"
 
-#include <string_view>
+#include <string>
 
 namespace tpcli {
 
@@ -22,11 +22,5 @@ public:
 private:
    std::string path_;
 };
-
-enum class DocumentKind { stateFile, openConfig, sonic, unknown };
-
-// Told by the names of the document's top members, those that stand in this begin of its text.
-// What is no object, or has no members, is a state file.
-DocumentKind kindOfDocument( std::string_view begin );
 
 } // namespace tpcli

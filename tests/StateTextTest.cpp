@@ -301,6 +301,18 @@ TEST_F( StateText, IsWrittenAsItIsRead ) {
    EXPECT_GT( states, 100u );
 }
 
+// Members of other models may stand first, and may be large.
+TEST_F( StateText, OfSwitchesIsReadBehindOthers ) {
+   for ( char const * name :
+         { "examples/openconfig/campus-edge.json", "examples/sonic/config_db.json" } ) {
+      std::string text = test::readFile( std::filesystem::path( TP_SOURCE_DIR ) / name );
+      keep( text );
+      std::string const wanted = shown( tpcli::findSource( path() )->read().state );
+      keep( text.insert( 1, R"("vendor:things":[")" + std::string( 300000, 'x' ) + "\"]," ) );
+      EXPECT_EQ( shown( tpcli::findSource( path() )->read().state ), wanted ) << name;
+   }
+}
+
 // Documents of switches: whatever is changed in them, they are read or refused, and what is read is
 // shown and written.
 TEST_F( StateText, OfSwitchesIsReadOrRefused ) {
@@ -308,8 +320,8 @@ TEST_F( StateText, OfSwitchesIsReadOrRefused ) {
    unsigned refused = 0;
    for ( char const * name :
          { "examples/openconfig/campus-edge.json", "examples/openconfig/control-plane.json",
-           "tests/cases/openconfig/loose.json", "examples/sonic/config_db.json",
-           "tests/cases/sonic/config.json" } ) {
+           "tests/cases/openconfig/loose.json", "tests/cases/openconfig/twice.json",
+           "examples/sonic/config_db.json", "tests/cases/sonic/config.json" } ) {
       std::string const all = test::readFile( std::filesystem::path( TP_SOURCE_DIR ) / name );
       for ( unsigned i = 0; i < 400; ++i ) {
          std::string const text = broken( random_, all );
