@@ -38,8 +38,8 @@ JsonNode const * object( JsonNode const * node ) {
    return node;
 }
 
-JsonNode const * member( JsonNode const * node, std::string_view name ) {
-   if ( object( node ) ) {
+JsonNode const * memberIfObject( JsonNode const * node, std::string_view name ) {
+   if ( node && node->isObject() ) {
       for ( JsonNode const & child : *node ) {
          if ( localName( child.name ) == name ) {
             return &child;
@@ -47,6 +47,10 @@ JsonNode const * member( JsonNode const * node, std::string_view name ) {
       }
    }
    return nullptr;
+}
+
+JsonNode const * member( JsonNode const * node, std::string_view name ) {
+   return memberIfObject( object( node ), name );
 }
 
 JsonNode const * leaf( JsonNode const * container, std::string_view name ) {

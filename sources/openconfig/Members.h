@@ -25,8 +25,9 @@ inline bool isSaid( JsonNode const & leaf ) {
 // The node; null where it is none, or a JSON null. Throws FileError where it is no object.
 JsonNode const * object( JsonNode const * node );
 
-// The member of this local name, or null. The node may be null, and is an object else: throws
-// FileError.
+// The member of this local name, or null; so it is where the node is null, or of any other kind.
+JsonNode const * memberIfObject( JsonNode const * node, std::string_view name );
+// The same; throws FileError where the node is of another kind.
 JsonNode const * member( JsonNode const * node, std::string_view name );
 template< typename... Names >
 JsonNode const * member( JsonNode const * node, std::string_view name, Names... deeper ) {

@@ -28,12 +28,14 @@ bool isAclInterfaces( JsonNode const & node ) {
    if ( node.name.starts_with( aclModule ) ) {
       return true;
    }
-   JsonNode const * const list = node.find( "interface" );
+   JsonNode const * const list = memberIfObject( &node, "interface" );
    JsonNode const * const entry = list && list->isList() ? list->first : nullptr;
-   auto const hasId = [&]( JsonNode const * part ) { return part && part->find( "id" ); };
-   return node.name == "interfaces" && entry
-          && ( hasId( entry ) || hasId( entry->find( "state" ) )
-               || hasId( entry->find( "config" ) ) );
+   auto const hasId = []( JsonNode const * part ) {
+      return memberIfObject( part, "id" ) != nullptr;
+   };
+   return node.name == "interfaces"
+          && ( hasId( entry ) || hasId( memberIfObject( entry, "state" ) )
+               || hasId( memberIfObject( entry, "config" ) ) );
 }
 
 // The member of the model for ACLs, whose name may have the module's before it; null for none.
