@@ -146,7 +146,8 @@ void forEachWithin( Records const & records, Other const & other, KeyOf const & 
                     Visit const & visit ) {
    typename Records::AheadCursor at( records );
    while ( auto const * entry = at.next() ) {
-      if ( auto const * record = at.ahead( prefetchStride ); record && *record ) {
+      // Later than what the key is made of, which was prefetched a stride ahead.
+      if ( auto const * record = at.ahead( prefetchStride / 2 ); record && *record ) {
          other.prefetch( keyOf( **record ) );
       }
       visit( *entry );
