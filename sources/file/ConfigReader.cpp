@@ -80,6 +80,7 @@ void enterRules( JsonValue const & list, std::vector< Rule > const & rules,
    std::vector< Rule const * > bySequence;
    bySequence.reserve( rules.size() );
    for ( Rule const & rule : rules ) {
+      wendo::interrupt::check();
       prefetchEntry( rules, static_cast< size_t >( &rule - rules.data() ), config );
       // A rule without conditions gets an empty entry: it marks the name as taken, and the status
       // reader follows the names of these entries.
@@ -98,6 +99,7 @@ void enterRules( JsonValue const & list, std::vector< Rule > const & rules,
    }
    Rule const * previous = nullptr;
    for ( Rule const * rule : bySequence ) {
+      wendo::interrupt::check();
       if ( previous && previous->sequence == rule->sequence ) {
          fail( *rule, "the rules " + quoted( previous->name.view() ) + " and "
                          + quoted( rule->name.view() ) + " have the same sequence number" );
