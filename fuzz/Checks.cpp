@@ -1,7 +1,6 @@
 #include "fuzz/Checks.h"
 
 #include "TrafficPolicy/TrafficPolicyShowCliHelper.h"
-#include "TrafficPolicy/platform/wendo/PrintBuffer.h"
 #include "cli/CommandWalk.h"
 #include "cli/Metrics.h"
 #include "cli/RecordFilter.h"
@@ -12,6 +11,7 @@
 #include "sources/file/CounterStore.h"
 #include "sources/file/CounterStoreWriter.h"
 #include "sources/file/StateWriter.h"
+#include "tests/TextBuffer.h"
 
 #include <fcntl.h>
 #include <rapidjson/document.h>
@@ -56,29 +56,9 @@ private:
    int fd_;
 };
 
-// What is printed, in pieces small enough to end anywhere.
-class Collected : public wendo::PrintBuffer {
-public:
-   Collected()
-      : PrintBuffer( bytes_, sizeof bytes_ ) {}
-   void flush() override {
-      text_ += committed();
-      discard();
-   }
-   std::string text() {
-      flush();
-      return text_;
-   }
-
-private:
-   void makeRoom() override { flush(); }
-   char bytes_[200];
-   std::string text_;
-};
-
 std::string written( OutputFormat_t format,
                      std::function< void( wendo::RendererV2 & ) > const & write ) {
-   Collected buffer;
+   test::TextBuffer buffer;
    wendo::RendererV2 renderer( format, buffer );
    write( renderer );
    return buffer.text();
@@ -217,7 +197,7 @@ void checkClear( tpcli::State const & state ) {
 
 std::string checkStore( tpcli::State const & state, TrafficPolicy::Counter const & store ) {
    auto const format = []( TrafficPolicy::Counter const & one ) {
-      Collected buffer;
+      test::TextBuffer buffer;
       tpcli::formatCounterStore( buffer, one );
       return buffer.text();
    };

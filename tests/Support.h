@@ -3,7 +3,7 @@
 #pragma once
 
 #include "TrafficPolicy/engine/ShowTrafficPolicyBase.h"
-#include "TrafficPolicy/platform/wendo/PrintBuffer.h"
+#include "tests/TextBuffer.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -62,26 +62,6 @@ inline std::string readFile( std::string const & path ) {
    text << std::ifstream( path, std::ios::binary ).rdbuf();
    return text.str();
 }
-
-// A print buffer of a few bytes that collects what is flushed.
-class TextBuffer : public wendo::PrintBuffer {
-public:
-   TextBuffer()
-      : PrintBuffer( bytes_, sizeof bytes_ ) {}
-   void flush() override {
-      text_ += committed();
-      discard();
-   }
-   std::string text() {
-      flush();
-      return text_;
-   }
-
-private:
-   void makeRoom() override { flush(); }
-   char bytes_[200];
-   std::string text_;
-};
 
 // What the show object writes to its descriptor, asked for revision 7. Format: 1 text, 2 JSON.
 inline std::string reply( TrafficPolicyCli::ShowTrafficPolicyBase & show, unsigned format ) {
