@@ -1,6 +1,6 @@
 // The memory of entities, strings and collections.
 //
-// A large policy has some twenty small blocks per rule. They are allocated here without headers and
+// A large policy has some ten small blocks per rule. They are allocated here without headers and
 // adjacent in the order of allocation, which is the order in which a show reads them. Released
 // blocks serve later requests of their size; the memory is never returned to the system.
 //
