@@ -1,8 +1,9 @@
 // The memory of entities, strings and collections.
 //
-// A large policy has some ten small blocks per rule. They are allocated here without headers and
-// adjacent in the order of allocation, which is the order in which a show reads them. Released
-// blocks serve later requests of their size; the memory is never returned to the system.
+// A large policy has some ten small blocks per rule. They are allocated here without headers, those
+// of one size adjacent in the order of allocation, which is the order in which a show reads them:
+// records of a kind have a size, and a summary needs three kinds of the ten. Released blocks serve
+// later requests of their size; the memory is never returned to the system.
 //
 // Each thread has blocks of its own, so that none waits for another. A block may be released by
 // another thread than the one that allocated it.

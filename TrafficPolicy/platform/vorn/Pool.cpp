@@ -21,34 +21,41 @@ constexpr size_t pooledMax = 256;
 constexpr size_t firstChunk = size_t{ 16 } << 10;
 constexpr size_t lastChunk = size_t{ 1 } << 20;
 
+// Blocks of a size are cut from a run of their own, so that a walk over one kind of record loads
+// little else. A run is long enough for the processor to follow, and short while blocks are few.
+constexpr size_t firstRun = 8; // blocks
+constexpr size_t lastRun = size_t{ 16 } << 10;
+
 struct FreeBlock {
    FreeBlock * next;
 };
 
-// The blocks of one thread at a time: a stack of released ones per size, and a chunk to cut new
-// ones from. A thread that ends leaves them to a later one.
+// The blocks of one thread at a time: per size a stack of released ones and a run to cut new ones
+// from, and the chunk of the runs. A thread that ends leaves them to a later one.
 class Blocks {
 public:
    // A block of the size class.
    void * take( size_t index ) {
-      if ( FreeBlock * const block = released_[index] ) {
-         released_[index] = block->next;
+      SizeClass & blocks = classes_[index];
+      if ( FreeBlock * const block = blocks.released ) {
+         blocks.released = block->next;
          return block;
       }
-      if ( left_ < index * alignment ) {
-         startChunk();
+      if ( blocks.at == blocks.end ) {
+         startRun( blocks, index * alignment );
       }
-      left_ -= index * alignment;
-      return std::exchange( at_, at_ + index * alignment );
+      return std::exchange( blocks.at, blocks.at + index * alignment );
    }
    void giveBack( void * block, size_t index ) {
-      released_[index] = ::new ( block ) FreeBlock{ released_[index] };
+      FreeBlock *& released = classes_[index].released;
+      released = ::new ( block ) FreeBlock{ released };
    }
 
    Usage usage() const {
       size_t unused = left_ + skipped_;
-      for ( size_t index = 1; index < released_.size(); ++index ) {
-         for ( FreeBlock const * block = released_[index]; block; block = block->next ) {
+      for ( size_t index = 1; index < classes_.size(); ++index ) {
+         unused += static_cast< size_t >( classes_[index].end - classes_[index].at );
+         for ( FreeBlock const * block = classes_[index].released; block; block = block->next ) {
             unused += index * alignment;
          }
       }
@@ -58,6 +65,25 @@ public:
    Blocks * nextIdle = nullptr;
 
 private:
+   struct SizeClass {
+      FreeBlock * released = nullptr;
+      char * at = nullptr; // the unused part of the run
+      char * end = nullptr;
+      size_t nextRun = firstRun; // blocks
+   };
+
+   [[gnu::noinline]] void startRun( SizeClass & blocks, size_t size ) {
+      if ( left_ < size ) {
+         startChunk();
+      }
+      size_t const bytes = std::min( blocks.nextRun, left_ / size ) * size;
+      if ( blocks.nextRun * size < lastRun ) {
+         blocks.nextRun *= 2;
+      }
+      left_ -= bytes;
+      blocks.at = std::exchange( at_, at_ + bytes );
+      blocks.end = at_;
+   }
    // The rest of the old chunk, smaller than the requested block, stays unused.
    void startChunk() {
       at_ = static_cast< char * >( ::operator new( chunk_ ) );
@@ -66,7 +92,7 @@ private:
       chunk_ = std::min( chunk_ * 2, lastChunk );
    }
 
-   std::array< FreeBlock *, pooledMax / alignment + 1 > released_{};
+   std::array< SizeClass, pooledMax / alignment + 1 > classes_{};
    char * at_ = nullptr;
    size_t left_ = 0;
    size_t chunk_ = firstChunk;
