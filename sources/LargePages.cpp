@@ -4,6 +4,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <limits>
 #include <memory>
 
@@ -13,25 +15,39 @@ namespace {
 
 constexpr size_t largePage = size_t{ 2 } << 20;
 constexpr int growth = 32 << 20;
-constexpr size_t worthIt = size_t{ 1 } << 20; // of input
+constexpr uint64_t worthIt = uint64_t{ 1 } << 20; // of input
+constexpr uint64_t recordsPerInput = 2;           // bytes a byte, at most, of a compact file
 
 char * heapEnd() {
    return static_cast< char * >( ::sbrk( 0 ) );
 }
 
+// Has the heap grow by this much at once, if it can.
+void grow( uint64_t bytes ) {
+   if ( bytes <= std::numeric_limits< size_t >::max() / 2 ) {
+      void * const volatile room = std::malloc( static_cast< size_t >( bytes ) );
+      std::free( room );
+   }
+}
+
 } // namespace
+
+void LargePages::begin() {
+   // All from the heap, which never shrinks.
+   ::mallopt( M_MMAP_MAX, 0 );
+   ::mallopt( M_TRIM_THRESHOLD, std::numeric_limits< int >::max() );
+   ::mallopt( M_TOP_PAD, growth );
+   done_ = heapEnd();
+   grow( size_ * recordsPerInput );
+}
 
 void LargePages::add( size_t bytes ) {
    read_ += bytes;
-   if ( read_ < worthIt ) {
+   if ( std::max( read_, size_ ) < worthIt ) {
       return;
    }
    if ( !done_ ) {
-      // All from the heap, which never shrinks.
-      ::mallopt( M_MMAP_MAX, 0 );
-      ::mallopt( M_TRIM_THRESHOLD, std::numeric_limits< int >::max() );
-      ::mallopt( M_TOP_PAD, growth );
-      done_ = heapEnd();
+      begin();
    }
    // What has come since is hardly touched.
    void * begin = done_;

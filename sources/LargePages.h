@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 namespace tpcli {
 
@@ -11,11 +12,18 @@ namespace tpcli {
 // reading costs. Changes how the process allocates, so it is for programs alone.
 class LargePages {
 public:
+   // The input's size in bytes; 0 when it is not known.
+   explicit LargePages( uint64_t size )
+      : size_( size ) {}
+
    // So many bytes more of the input were read.
    void add( size_t bytes );
 
 private:
-   size_t read_ = 0;
+   void begin();
+
+   uint64_t size_;
+   uint64_t read_ = 0;
    char * done_ = nullptr; // the heap's end when it was last seen
 };
 

@@ -45,7 +45,8 @@ InputFile::InputFile( std::string const & path, size_t step )
    , file_( open( path ) )
    , step_( step )
    , buffer_( padding )
-   , progress_( sizeOf( file_.get() ) ) {}
+   , progress_( sizeOf( file_.get() ) )
+   , largePages_( sizeOf( file_.get() ) ) {}
 
 bool InputFile::advance( char const * keep ) {
    auto const kept = static_cast< size_t >( end() - keep );
