@@ -70,43 +70,58 @@ void prefetchEntry( std::vector< Rule > const & rules, size_t rule,
    }
 }
 
-// Enters the rules: names in the file's order, numbers sorted, with room reserved for all.
-void enterRules( JsonValue const & list, std::vector< Rule > const & rules,
+// Visits the rules by ascending sequence number, those of equal numbers in the file's order.
+template< typename Visit >
+void forEachInSequence( std::vector< Rule > & rules, Visit const & visit ) {
+   auto const before = []( Rule const & a, Rule const & b ) { return a.sequence < b.sequence; };
+   if ( std::is_sorted( rules.begin(), rules.end(), before ) ) {
+      std::for_each( rules.begin(), rules.end(), visit );
+      return;
+   }
+   std::vector< Rule * > sorted;
+   sorted.reserve( rules.size() );
+   for ( Rule & rule : rules ) {
+      sorted.push_back( &rule );
+   }
+   std::stable_sort( sorted.begin(), sorted.end(),
+                     [&]( Rule const * a, Rule const * b ) { return before( *a, *b ); } );
+   for ( Rule * rule : sorted ) {
+      visit( *rule );
+   }
+}
+
+// Moves the rules into the policy: names in the file's order, numbers sorted, with room reserved
+// for all. Nothing of a rule but its name is touched again.
+void enterRules( JsonValue const & list, std::vector< Rule > & rules,
                  PolicyMapSubConfig & config ) {
    auto const fail = [&]( Rule const & rule, std::string const & message ) {
       list.failElement( static_cast< size_t >( &rule - rules.data() ), rule.position, message );
    };
    config.classesReserve( rules.size() );
-   std::vector< Rule const * > bySequence;
-   bySequence.reserve( rules.size() );
-   for ( Rule const & rule : rules ) {
+   for ( Rule & rule : rules ) {
       wendo::interrupt::check();
       prefetchEntry( rules, static_cast< size_t >( &rule - rules.data() ), config );
       // A rule without conditions gets an empty entry: it marks the name as taken, and the status
       // reader follows the names of these entries.
-      auto const match = rule.match ? rule.match : Vorn::create< ClassMapSubConfig >();
-      if ( !config.rawClassMapIs( rule.name, match ) ) {
+      if ( !rule.match ) {
+         rule.match = Vorn::create< ClassMapSubConfig >();
+      }
+      if ( !config.rawClassMapIs( rule.name, std::move( rule.match ) ) ) {
          fail( rule, "the rule name " + quoted( rule.name.view() ) + " is given twice" );
       }
       if ( rule.actions ) {
-         config.classActionIs( rule.name, rule.actions );
+         config.classActionIs( rule.name, std::move( rule.actions ) );
       }
-      bySequence.push_back( &rule );
    }
-   auto const before = []( auto const * a, auto const * b ) { return a->sequence < b->sequence; };
-   if ( !std::is_sorted( bySequence.begin(), bySequence.end(), before ) ) {
-      std::stable_sort( bySequence.begin(), bySequence.end(), before );
-   }
-   Rule const * previous = nullptr;
-   for ( Rule const * rule : bySequence ) {
+   auto const & sequence = config.classSequence();
+   forEachInSequence( rules, [&]( Rule & rule ) {
       wendo::interrupt::check();
-      if ( previous && previous->sequence == rule->sequence ) {
-         fail( *rule, "the rules " + quoted( previous->name.view() ) + " and "
-                         + quoted( rule->name.view() ) + " have the same sequence number" );
+      if ( !sequence.empty() && ( sequence.end() - 1 )->key == rule.sequence ) {
+         fail( rule, "the rules " + quoted( ( sequence.end() - 1 )->value.view() ) + " and "
+                        + quoted( rule.name.view() ) + " have the same sequence number" );
       }
-      config.classSequenceIs( *rule->sequence, rule->name );
-      previous = rule;
-   }
+      config.classSequenceIs( *rule.sequence, std::move( rule.name ) );
+   } );
 }
 
 void readRules( JsonValue & value, PolicyMapSubConfig & config ) {

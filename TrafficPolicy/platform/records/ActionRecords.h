@@ -117,8 +117,8 @@ class TRAFFIC_POLICY_API ClassAction : public Vorn::PtrInterface {
       auto const * action = policyAction_.lookup( type );
       return action ? action->get() : nullptr;
    }
-   void policyActionIs( ActionType type, Vorn::Ptr< Action const > const & action ) {
-      policyAction_.set( type, action );
+   void policyActionIs( ActionType type, Vorn::Ptr< Action const > action ) {
+      policyAction_.set( type, std::move( action ) );
    }
    // Reserves room for this many actions.
    void policyActionReserve( size_t actions ) { policyAction_.reserve( actions ); }

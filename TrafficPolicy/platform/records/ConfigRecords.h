@@ -42,8 +42,8 @@ class TRAFFIC_POLICY_API PolicyMapSubConfig : public Vorn::PtrInterface {
 
    // Class names by ascending rule sequence number: the order of the rules.
    ClassSequence const & classSequence() const { return classSequence_; }
-   void classSequenceIs( uint32_t sequence, Vorn::String const & className ) {
-      classSequence_.set( sequence, className );
+   void classSequenceIs( uint32_t sequence, Vorn::String className ) {
+      classSequence_.set( sequence, std::move( className ) );
    }
 
    VORN_HASHED_MAP( Vorn::String, Vorn::Ptr< ClassMapSubConfig const >, rawClassMap )

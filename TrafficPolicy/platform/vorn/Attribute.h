@@ -135,8 +135,8 @@ public:                                                                         
    Value const * name( Key const & key ) const {                                                   \
       return name##_.lookup( key );                                                                \
    }                                                                                               \
-   bool name##Is( Key const & key, Vorn::Read< Value > value ) {                                   \
-      return name##_.set( key, value );                                                            \
+   bool name##Is( Key const & key, Value value ) {                                                 \
+      return name##_.set( key, std::move( value ) );                                               \
    }                                                                                               \
    Value name##Del( Key const & key ) {                                                            \
       return Vorn::take( name##_, key );                                                           \

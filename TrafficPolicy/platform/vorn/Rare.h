@@ -107,8 +107,8 @@ public:
    Value const * name( Key const & key ) const {                                                   \
       return rare_->name( key );                                                                   \
    }                                                                                               \
-   bool name##Is( Key const & key, Vorn::Read< Value > value ) {                                   \
-      return rare_.use().name##Is( key, value );                                                   \
+   bool name##Is( Key const & key, Value value ) {                                                 \
+      return rare_.use().name##Is( key, std::move( value ) );                                      \
    }                                                                                               \
    Value name##Del( Key const & key ) {                                                            \
       return rare_.use().name##Del( key );                                                         \
