@@ -75,15 +75,15 @@ RuleSnapshots::RuleSnapshots( TrafficPolicy::Counter const * counter,
                               Vorn::String const & policyName )
    : none_( storeOrNone( counter ).snapshot().empty() )
    , snapshots_( storeOrNone( counter ).snapshot() )
-   , key_{ { policyName, {} } } {}
+   , policyName_( policyName ) {}
 
 uint64_t RuleSnapshots::packets( PolicyMap::ClassMapStatus const & classStatus ) {
    uint64_t const current = classStatus.packetCount();
    if ( none_ ) {
       return current;
    }
-   key_.name = classStatus.name();
-   auto const * snapshot = snapshots_.find( key_, distance_ );
+   TrafficPolicy::CounterKeyView const key{ policyName_, classStatus.name() };
+   auto const * snapshot = snapshots_.find( key, distance_ );
    if ( !snapshot ) {
       return current;
    }
@@ -92,7 +92,7 @@ uint64_t RuleSnapshots::packets( PolicyMap::ClassMapStatus const & classStatus )
       return current;
    }
    return since( snapshot->packets, current, [&] {
-      trace.write( 1, { "Counter value for policy ", "getRulePacketCount" }, key_.policyName,
+      trace.write( 1, { "Counter value for policy ", "getRulePacketCount" }, policyName_,
                    ", class ", classStatus.name(), " has moved backwards" );
    } );
 }

@@ -27,7 +27,7 @@ private:
 
    bool none_;
    Snapshots::Cursor snapshots_;
-   TrafficPolicy::CounterKey key_;
+   Vorn::String policyName_;
    uint32_t distance_ = 0; // rules since the last one whose snapshot was found
 };
 

@@ -18,6 +18,7 @@ using PolicyMap::ClassStatuses;
 using PolicyMap::PacketDataStatus;
 using PolicyMap::PolicyMapStatus;
 using TrafficPolicy::CounterKey;
+using TrafficPolicy::CounterKeyView;
 using TrafficPolicy::NamedCounterKey;
 using TrafficPolicy::NamedCounterVersion;
 
@@ -120,7 +121,7 @@ void TrafficPolicyCounter::snapshotInterfaces( NamedCounterVersion & snapshot,
 void TrafficPolicyCounter::snapshotRules( PolicyMapStatus const & policy ) {
    counter()->snapshotReserve( policy.cmap().size() );
    auto const keyOf = [&]( PolicyMap::ClassMapStatus const & classStatus ) {
-      return CounterKey{ { policy.name(), classStatus.name() } };
+      return CounterKeyView{ policy.name(), classStatus.name() };
    };
    Vorn::forEachWithin( policy.cmap(), counter()->snapshot(), keyOf, [&]( auto const & entry ) {
       wendo::interrupt::check();
@@ -129,7 +130,7 @@ void TrafficPolicyCounter::snapshotRules( PolicyMapStatus const & policy ) {
          trace.write( 7, "ClassMapStatus not found for ", name );
          return;
       }
-      counter()->snapshotIs( CounterKey{ { policy.name(), name } },
+      counter()->snapshotIs( CounterKeyView{ policy.name(), name },
                              { classStatus->uniqueId(), classStatus->packetCount() } );
    } );
 }

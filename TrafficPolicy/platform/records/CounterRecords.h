@@ -53,7 +53,10 @@ struct PolicyMemberKey {
    Vorn::String policyName;
    Vorn::String name;
 
-   uint32_t hash() const { return Vorn::hashOfWords< 2 >( { policyName.hash(), name.hash() } ); }
+   static uint32_t hashOf( Vorn::String const & policyName, Vorn::String const & name ) {
+      return Vorn::hashOfWords< 2 >( { policyName.hash(), name.hash() } );
+   }
+   uint32_t hash() const { return hashOf( policyName, name ); }
    // The name first: it is what usually differs.
    friend bool operator==( PolicyMemberKey const & a, PolicyMemberKey const & b ) {
       return a.name == b.name && a.policyName == b.policyName;
@@ -61,6 +64,18 @@ struct PolicyMemberKey {
 };
 struct CounterKey : PolicyMemberKey {};      // names a rule
 struct NamedCounterKey : PolicyMemberKey {}; // names a counter
+
+// A CounterKey for one access, which counts no reference of its names.
+struct CounterKeyView {
+   Vorn::String const & policyName;
+   Vorn::String const & name;
+
+   uint32_t hash() const { return PolicyMemberKey::hashOf( policyName, name ); }
+   explicit operator CounterKey() const { return { { policyName, name } }; }
+   friend bool operator==( CounterKey const & a, CounterKeyView const & b ) {
+      return a.name == b.name && a.policyName == b.policyName;
+   }
+};
 
 // The snapshot of a rule's counter.
 struct CounterVersion {
@@ -102,6 +117,10 @@ class TRAFFIC_POLICY_API Counter : public Vorn::PtrInterface {
 
    VORN_HASHED_MAP( CounterKey, CounterVersion, snapshot )
    VORN_SCALAR( double, timestamp ) // of the last clear: seconds since the epoch, wall clock
+
+   void snapshotIs( CounterKeyView const & key, CounterVersion const & version ) {
+      snapshot_.setFor( key, version );
+   }
 
    NamedSnapshots const & namedSnapshot() const { return namedSnapshot_; }
    // The counter's snapshot, or null.

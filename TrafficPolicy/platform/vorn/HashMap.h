@@ -74,14 +74,15 @@ public:
          return isLive( at ) ? &entries_[at].value : nullptr;
       }
 
-      // Prefetches the records of later entries (Prefetch.h). Not near the end, nor in a map with
-      // deleted entries: they are not worth a test per entry.
-      [[gnu::always_inline]] void prefetchRecords() const {
+      // Prefetches the records of later entries (Prefetch.h), each step so many entries earlier than
+      // usual. Not near the end, nor in a map with deleted entries: they are not worth a test per
+      // entry.
+      [[gnu::always_inline]] void prefetchRecords( uint32_t earlier = 0 ) const {
          using Record = typename Value::Element;
-         size_t const last = size_t{ next_ } - 1;
-         if ( last + prefetchDistance< Record > < entries_.size() && dense_ ) [[likely]] {
+         size_t const from = size_t{ next_ } - 1 + earlier;
+         if ( from + prefetchDistance< Record > < entries_.size() && dense_ ) [[likely]] {
             prefetchAhead< Record >(
-               [&]( uint32_t distance ) { return entries_[last + distance].value.get(); } );
+               [&]( uint32_t distance ) { return entries_[from + distance].value.get(); } );
          }
       }
 
@@ -136,6 +137,16 @@ public:
       this->append( key, std::move( value ) );
       return true;
    }
+   // The same by another form of the key, which is converted to insert it.
+   template< typename Lookup >
+   bool setFor( Lookup const & key, Value value ) {
+      if ( Value * present = lookup( key ) ) {
+         *present = std::move( value );
+         return false;
+      }
+      this->append( Key( key ), std::move( value ) );
+      return true;
+   }
 };
 
 // Visits the entries of a map of records, for a walk that looks up or sets an entry of another map
@@ -144,10 +155,15 @@ public:
 template< typename Records, typename Other, typename KeyOf, typename Visit >
 void forEachWithin( Records const & records, Other const & other, KeyOf const & keyOf,
                     Visit const & visit ) {
-   typename Records::AheadCursor at( records );
-   while ( auto const * entry = at.next() ) {
-      // Later than what the key is made of, which was prefetched a stride ahead.
-      if ( auto const * record = at.ahead( prefetchStride / 2 ); record && *record ) {
+   typename Records::Cursor at( records );
+   for ( ;; ) {
+      at.prefetchRecords( prefetchStride );
+      auto const * entry = at.next();
+      if ( !entry ) {
+         return;
+      }
+      // A stride later than what the key is made of.
+      if ( auto const * record = at.ahead( prefetchStride ); record && *record ) {
          other.prefetch( keyOf( **record ) );
       }
       visit( *entry );
