@@ -74,9 +74,9 @@ public:
          return isLive( at ) ? &entries_[at].value : nullptr;
       }
 
-      // Prefetches the records of later entries (Prefetch.h), each step so many entries earlier than
-      // usual. Not near the end, nor in a map with deleted entries: they are not worth a test per
-      // entry.
+      // Prefetches the records of later entries (Prefetch.h), each step so many entries earlier
+      // than usual. Not near the end, nor in a map with deleted entries: they are not worth a test
+      // per entry.
       [[gnu::always_inline]] void prefetchRecords( uint32_t earlier = 0 ) const {
          using Record = typename Value::Element;
          size_t const from = size_t{ next_ } - 1 + earlier;
