@@ -31,9 +31,12 @@ class PolicyState : public Vorn::PtrInterface {
    VORN_ARRAY( Vorn::Ptr< PolicyMap::ClassMapMatch const >, classMapConfig )
    VORN_ARRAY( Vorn::Ptr< PolicyMap::ClassMapStatus const >, classMapStatus )
    VORN_SCALAR( uint32_t, ruleCount )
-   // For walking the rules in order.
-   using MatchCursor = Vorn::IndexedArray< Vorn::Ptr< PolicyMap::ClassMapMatch const > >::Cursor;
-   using StatusCursor = Vorn::IndexedArray< Vorn::Ptr< PolicyMap::ClassMapStatus const > >::Cursor;
+   // For walking the rules in order: their families alone, their conditions, their status.
+   using Matches = Vorn::IndexedArray< Vorn::Ptr< PolicyMap::ClassMapMatch const > >;
+   using Statuses = Vorn::IndexedArray< Vorn::Ptr< PolicyMap::ClassMapStatus const > >;
+   using FamilyCursor = Matches::Cursor< 0 >;
+   using MatchCursor = Matches::Cursor< PolicyMap::ClassMapMatch::prefetchSteps >;
+   using StatusCursor = Statuses::Cursor< PolicyMap::ClassMapStatus::prefetchSteps >;
    // Adds n and returns the new count.
    uint32_t ruleCountInc( unsigned n ) {
       ruleCountIs( ruleCount() + n );

@@ -32,7 +32,7 @@ private:
 
    wendo::RendererV2 & renderer_;
    PolicyState const & policyState_;
-   PolicyMap::ClassActions::Cursor classActions_;
+   PolicyMap::ClassActions::AheadCursor classActions_;
    RuleSnapshots snapshots_;
    bool showBytes_;
 };

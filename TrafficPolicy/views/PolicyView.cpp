@@ -117,14 +117,14 @@ void renderRules( RendererV2 & renderer, PolicyState const & state, bool counter
                   char const * ruleFunction ) {
    static constexpr JsonKey rules( "rules" );
    bool const summary = state.summary();
+   PolicyState::FamilyCursor const families( state.classMapConfig() );
    PolicyState::MatchCursor const matches( state.classMapConfig() );
    PolicyState::StatusCursor const statuses( state.classMapStatus() );
    ActionWriter actions( renderer, state, countersPerInterface );
    auto const list = renderer.list( rules );
    for ( unsigned rule = 0; rule < state.ruleCount(); ++rule ) {
-      // While a rule is written in full, the processor fetches the next ones by itself.
-      auto const * classMapMatch = summary ? matches[rule] : state.classMapConfig( rule ).get();
-      auto const * classMapStatus = summary ? statuses[rule] : state.classMapStatus( rule ).get();
+      auto const * classMapMatch = summary ? families[rule] : matches[rule];
+      auto const * classMapStatus = statuses[rule];
       VORN_ASSERT( classMapMatch );
       VORN_ASSERT( classMapStatus );
       auto const entry =

@@ -151,6 +151,17 @@ class TRAFFIC_POLICY_API ClassMapMatch : public Vorn::PtrInterface {
    VORN_INPUT( ClassMapMatchOption, matchOption )
    // Null: there are no conditions to show.
    VORN_SCALAR( Vorn::Ptr< Classification::StructuredFilter const >, structuredFilter )
+
+   static constexpr unsigned prefetchSteps = 2;
+   void prefetch( unsigned step ) const {
+      if ( step == 1 ) {
+         Vorn::prefetchWhole( structuredFilter_.get() );
+      } else if ( structuredFilter_ ) {
+         for ( auto const & [range, field] : structuredFilter_->protocols() ) {
+            Vorn::prefetchWhole( field.get() );
+         }
+      }
+   }
 };
 
 } // namespace PolicyMap

@@ -79,9 +79,10 @@ public:
       // per entry.
       [[gnu::always_inline]] void prefetchRecords( uint32_t earlier = 0 ) const {
          using Record = typename Value::Element;
+         constexpr unsigned steps = prefetchStepsOf< Record >();
          size_t const from = size_t{ next_ } - 1 + earlier;
-         if ( from + prefetchDistance< Record > < entries_.size() && dense_ ) [[likely]] {
-            prefetchAhead< Record >(
+         if ( from + prefetchDistance( steps ) < entries_.size() && dense_ ) [[likely]] {
+            prefetchAhead< Record, steps >(
                [&]( uint32_t distance ) { return entries_[from + distance].value.get(); } );
          }
       }

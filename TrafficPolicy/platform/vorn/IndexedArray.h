@@ -72,8 +72,9 @@ public:
       uint32_t generation_ = 0;
    };
 
-   // Reads the slots in ascending order and prefetches the records of later ones (Prefetch.h). The
-   // array must not change while the cursor exists.
+   // Reads the slots in ascending order and prefetches the records of later ones, and what they
+   // point to up to this step (Prefetch.h). The array must not change while the cursor exists.
+   template< unsigned steps >
    class Cursor {
    public:
       explicit Cursor( IndexedArray const & array )
@@ -82,8 +83,8 @@ public:
       // The record in the slot, or null.
       [[gnu::always_inline]] auto const * operator[]( unsigned index ) const {
          using Record = typename Value::Element;
-         if ( size_t{ index } + prefetchDistance< Record > < slots_.size() ) [[likely]] {
-            prefetchAhead< Record >(
+         if ( size_t{ index } + prefetchDistance( steps ) < slots_.size() ) [[likely]] {
+            prefetchAhead< Record, steps >(
                [&]( uint32_t distance ) { return slots_[index + distance].get(); } );
          }
          return index < slots_.size() ? slots_[index].get() : nullptr;

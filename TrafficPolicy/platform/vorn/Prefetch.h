@@ -11,6 +11,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 
@@ -29,6 +30,16 @@ inline void prefetch( void const * address ) {
 #endif
 }
 
+// Prefetches all lines of an object, which may be null.
+template< typename T >
+inline void prefetchWhole( T const * object ) {
+   constexpr size_t line = 64; // bytes, as on all common processors; no more than a hint
+   for ( size_t at = 0; at < sizeof( T ); at += line ) {
+      Vorn::prefetch(
+         reinterpret_cast< void const * >( reinterpret_cast< uintptr_t >( object ) + at ) );
+   }
+}
+
 // Entries between one step and the next: enough for memory to arrive, few enough for it to be still
 // in the cache.
 inline constexpr uint32_t prefetchStride = 4;
@@ -43,18 +54,19 @@ constexpr unsigned prefetchStepsOf() {
    }
 }
 
-// How many entries ahead the record itself is prefetched.
-template< typename Record >
-inline constexpr uint32_t prefetchDistance = ( prefetchStepsOf< Record >() + 1 ) * prefetchStride;
+// How many entries ahead the record itself is prefetched, before so many steps.
+inline constexpr uint32_t prefetchDistance( unsigned steps ) {
+   return ( steps + 1 ) * prefetchStride;
+}
 
-// Takes each step for the record at the step's distance: recordAhead( n ) is the record n entries
-// ahead, which may be null; there are at least prefetchDistance entries ahead.
-template< typename Record, typename RecordAhead >
+// Takes each of the steps for the record at the step's distance: recordAhead( n ) is the record n
+// entries ahead, which may be null; there are at least prefetchDistance entries ahead.
+template< typename Record, unsigned steps, typename RecordAhead >
 [[gnu::always_inline]] inline void prefetchAhead( RecordAhead const & recordAhead ) {
-   Vorn::prefetch( recordAhead( prefetchDistance< Record > ) );
-   if constexpr ( prefetchStepsOf< Record >() > 0 ) {
+   Vorn::prefetch( recordAhead( prefetchDistance( steps ) ) );
+   if constexpr ( steps > 0 ) {
       auto const takeStep = [&]( unsigned step ) {
-         Record const * record = recordAhead( prefetchDistance< Record > - step * prefetchStride );
+         Record const * record = recordAhead( prefetchDistance( steps ) - step * prefetchStride );
          if ( record ) {
             record->prefetch( step );
          }
@@ -62,7 +74,7 @@ template< typename Record, typename RecordAhead >
       [&]< unsigned... before >( std::integer_sequence< unsigned, before... > ) {
          ( takeStep( before + 1 ), ... );
       }
-      ( std::make_integer_sequence< unsigned, prefetchStepsOf< Record >() >() );
+      ( std::make_integer_sequence< unsigned, steps >() );
    }
 }
 
