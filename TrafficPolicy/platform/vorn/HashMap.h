@@ -99,8 +99,7 @@ public:
       uint32_t next_ = 0;
    };
 
-   // A cursor over records that prefetches: for a walk that does little with each record, so that
-   // waiting for memory would dominate. While a walk does much, the processor prefetches by itself.
+   // A cursor over records that prefetches, for a walk that reads every record.
    class AheadCursor : public Cursor {
    public:
       using Cursor::Cursor;
