@@ -154,11 +154,16 @@ class TRAFFIC_POLICY_API ClassMapMatch : public Vorn::PtrInterface {
 
    static constexpr unsigned prefetchSteps = 2;
    void prefetch( unsigned step ) const {
+      if ( !structuredFilter_ ) {
+         return;
+      }
       if ( step == 1 ) {
-         Vorn::prefetchWhole( structuredFilter_.get() );
-      } else if ( structuredFilter_ ) {
-         for ( auto const & [range, field] : structuredFilter_->protocols() ) {
-            Vorn::prefetchWhole( field.get() );
+         Vorn::prefetchWhole( *structuredFilter_ );
+         return;
+      }
+      for ( auto const & [range, field] : structuredFilter_->protocols() ) {
+         if ( field ) {
+            Vorn::prefetchWhole( *field );
          }
       }
    }

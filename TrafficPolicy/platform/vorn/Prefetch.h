@@ -30,13 +30,12 @@ inline void prefetch( void const * address ) {
 #endif
 }
 
-// Prefetches all lines of an object, which may be null.
+// Prefetches all lines of an object.
 template< typename T >
-inline void prefetchWhole( T const * object ) {
+inline void prefetchWhole( T const & object ) {
    constexpr size_t line = 64; // bytes, as on all common processors; no more than a hint
    for ( size_t at = 0; at < sizeof( T ); at += line ) {
-      Vorn::prefetch(
-         reinterpret_cast< void const * >( reinterpret_cast< uintptr_t >( object ) + at ) );
+      Vorn::prefetch( reinterpret_cast< char const * >( &object ) + at );
    }
 }
 
