@@ -32,7 +32,7 @@ void grow( uint64_t bytes ) {
 
 } // namespace
 
-void LargePages::begin() {
+void LargePages::start() {
    // All from the heap, which never shrinks.
    ::mallopt( M_MMAP_MAX, 0 );
    ::mallopt( M_TRIM_THRESHOLD, std::numeric_limits< int >::max() );
@@ -47,7 +47,7 @@ void LargePages::add( size_t bytes ) {
       return;
    }
    if ( !done_ ) {
-      begin();
+      start();
    }
    // What has come since is hardly touched.
    void * begin = done_;

@@ -7,9 +7,10 @@
 
 namespace tpcli {
 
-// While a large input is read, has the heap grow by some dozen megabytes at once, in large pages
-// where the system has them: to touch every small page first is otherwise a good part of what the
-// reading costs. Changes how the process allocates, so it is for programs alone.
+// Before a large input is read, has the heap grow by what its records will need, and while it is
+// read by some dozen megabytes at once, in large pages where the system has them: to touch every
+// small page first is otherwise a good part of what the reading costs. Changes how the process
+// allocates, so it is for programs alone.
 class LargePages {
 public:
    // The input's size in bytes; 0 when it is not known.
@@ -20,7 +21,7 @@ public:
    void add( size_t bytes );
 
 private:
-   void begin();
+   void start();
 
    uint64_t size_;
    uint64_t read_ = 0;

@@ -91,7 +91,8 @@ void forEachInSequence( std::vector< Rule > & rules, Visit const & visit ) {
 }
 
 // Moves the rules into the policy: names in the file's order, numbers sorted, with room reserved
-// for all. Nothing of a rule but its name is touched again.
+// for all. Copies would count references in the records once more, when these are long out of the
+// cache.
 void enterRules( JsonValue const & list, std::vector< Rule > & rules,
                  PolicyMapSubConfig & config ) {
    auto const fail = [&]( Rule const & rule, std::string const & message ) {

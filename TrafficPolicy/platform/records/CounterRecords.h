@@ -58,8 +58,11 @@ struct PolicyMemberKey {
    }
    uint32_t hash() const { return hashOf( policyName, name ); }
    // The name first: it is what usually differs.
+   bool has( Vorn::String const & policy, Vorn::String const & member ) const {
+      return name == member && policyName == policy;
+   }
    friend bool operator==( PolicyMemberKey const & a, PolicyMemberKey const & b ) {
-      return a.name == b.name && a.policyName == b.policyName;
+      return a.has( b.policyName, b.name );
    }
 };
 struct CounterKey : PolicyMemberKey {};      // names a rule
@@ -73,7 +76,7 @@ struct CounterKeyView {
    uint32_t hash() const { return PolicyMemberKey::hashOf( policyName, name ); }
    explicit operator CounterKey() const { return { { policyName, name } }; }
    friend bool operator==( CounterKey const & a, CounterKeyView const & b ) {
-      return a.name == b.name && a.policyName == b.policyName;
+      return a.has( b.policyName, b.name );
    }
 };
 

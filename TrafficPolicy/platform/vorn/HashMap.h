@@ -129,14 +129,7 @@ public:
 
    // Inserts, or overwrites the value of an existing entry, which keeps its position. True when it
    // was inserted.
-   bool set( Key const & key, Value value ) {
-      if ( Value * present = lookup( key ) ) {
-         *present = std::move( value );
-         return false;
-      }
-      this->append( key, std::move( value ) );
-      return true;
-   }
+   bool set( Key const & key, Value value ) { return setFor( key, std::move( value ) ); }
    // The same by another form of the key, which is converted to insert it.
    template< typename Lookup >
    bool setFor( Lookup const & key, Value value ) {

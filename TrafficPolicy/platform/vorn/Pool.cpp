@@ -23,8 +23,8 @@ constexpr size_t lastChunk = size_t{ 1 } << 20;
 
 // Blocks of a size are cut from a run of their own, so that a walk over one kind of record loads
 // little else. A run is long enough for the processor to follow, and short while blocks are few.
-constexpr size_t firstRun = 8; // blocks
-constexpr size_t lastRun = size_t{ 16 } << 10;
+constexpr size_t firstRun = 8;                 // blocks
+constexpr size_t lastRun = size_t{ 16 } << 10; // bytes, reached by doubling
 
 struct FreeBlock {
    FreeBlock * next;
